@@ -1,0 +1,40 @@
+// Read-only whole-file memory mapping, one implementation per platform.
+#ifndef SPARLANE_FILE_MAPPED_FILE_H_
+#define SPARLANE_FILE_MAPPED_FILE_H_
+
+#include <cstdint>
+#include <string>
+
+#include "sparlane/sparlane.h"
+
+namespace Sparlane {
+
+class MappedFile {
+ public:
+  MappedFile() = default;
+  ~MappedFile();
+  MappedFile(const MappedFile&) = delete;
+  MappedFile& operator=(const MappedFile&) = delete;
+
+  // Closes what the object holds, sanitises path and maps the whole file.
+  // FileNotFound, AccessDenied, CorruptedFile (under 1024 bytes),
+  // OutOfMemory, InvalidParameter (unconvertible path) or IoError.
+  ErrorCode Open(const std::string& path);
+
+  // Unmaps the view, then closes the mapping, then the file.  Harmless when
+  // closed.
+  void Close();
+
+  const std::uint8_t* view() const { return view_; }
+  std::uint64_t size() const { return size_; }
+
+ private:
+  void* file_ = nullptr;     // platform file handle, null when closed
+  void* mapping_ = nullptr;  // platform mapping handle, null when closed
+  const std::uint8_t* view_ = nullptr;
+  std::uint64_t size_ = 0;
+};
+
+}  // namespace Sparlane
+
+#endif  // SPARLANE_FILE_MAPPED_FILE_H_
