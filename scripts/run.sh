@@ -1,9 +1,17 @@
 #!/usr/bin/env bash
-# The main job: set up, build, and run the quickstart example.
+# The main job: set up, build the library, slb-tool and the sample database,
+# then ask the sample for settings between two listed thicknesses.
+# Usage: scripts/run.sh [material] [thickness_mm] [machine_model]
 set -euo pipefail
 . "$(dirname "$0")/common.sh"
 ensure_base_packages
-dir="$BUILD_ROOT/release"
-cmake -S "$ROOT" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=Release -DSPARLANE_BUILD_TESTS=OFF >/dev/null
-cmake --build "$dir" -j "$JOBS" --target sparlane-quickstart
-"$dir/examples/sparlane-quickstart"
+dir="$BUILD_ROOT/run"
+cmake -S "$ROOT" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DSPARLANE_BUILD_TESTS=OFF >/dev/null
+cmake --build "$dir" -j "$JOBS" --target slb-tool sample-data >/dev/null
+material="${1:-Mild steel}"
+thickness="${2:-8}"
+machine="${3:-AIR-45A}"
+"$dir/tools/slb-tool" range "$dir/data/sample.slb" --material "$material" --machine "$machine"
+"$dir/tools/slb-tool" query "$dir/data/sample.slb" --material "$material" \
+  --machine "$machine" --thickness "$thickness" --interpolate

@@ -29,8 +29,11 @@ class MappedFile {
   std::uint64_t size() const { return size_; }
 
  private:
-  void* file_ = nullptr;     // platform file handle, null when closed
-  void* mapping_ = nullptr;  // platform mapping handle, null when closed
+  // Platform handles (a descriptor on POSIX, a HANDLE on Windows), kNoHandle
+  // when not held.  POSIX needs no mapping handle: the view is the mapping.
+  static constexpr std::intptr_t kNoHandle = -1;
+  std::intptr_t file_ = kNoHandle;
+  std::intptr_t mapping_ = kNoHandle;
   const std::uint8_t* view_ = nullptr;
   std::uint64_t size_ = 0;
 };

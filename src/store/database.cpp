@@ -50,6 +50,7 @@ ErrorCode Database::Create() {
   d.material_ids.clear();
   d.material_ranges.clear();
   d.machine_records.clear();
+  ClearPairIndex(d);
   d.loaded = true;
   return ErrorCode::Success;
 }

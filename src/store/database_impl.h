@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "file/mapped_file.h"
+#include "query/pair_index.h"
 #include "query/query_metrics.h"
 #include "sparlane/sparlane.h"
 
@@ -54,6 +55,7 @@ struct DatabaseImpl {
   std::unordered_map<std::uint16_t, MachineSpan> machine_records;
 
   QueryMetrics metrics;
+  PairIndex pair_index;  // positions per material and pair; kept by the store
 
   std::string last_error;
   bool query_logging = false;
@@ -71,6 +73,8 @@ struct Database::Impl : DatabaseImpl {};
 struct DatabaseAccess {
   static DatabaseImpl& Body(Database& db) { return *db.impl_; }
   static const DatabaseImpl& Body(const Database& db) { return *db.impl_; }
+  // False for a moved-from handle, whose body went to the new owner.
+  static bool HasBody(const Database& db) { return db.impl_ != nullptr; }
 };
 
 }  // namespace Sparlane

@@ -25,6 +25,7 @@ ErrorCode Database::AddParameter(const CuttingParameter& param) {
   const ErrorCode check = CheckRecord(d, param);
   if (check != ErrorCode::Success) return check;
   d.parameters.push_back(param);
+  PairIndexAppended(d);
   return ErrorCode::Success;
 }
 

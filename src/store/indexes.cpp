@@ -78,6 +78,7 @@ void RebuildMachineIndex(DatabaseImpl& impl) {
 void RebuildRecordIndexes(DatabaseImpl& impl) {
   RebuildMaterialIndex(impl);
   RebuildMachineIndex(impl);
+  RebuildPairIndex(impl);
 }
 
 }  // namespace Sparlane

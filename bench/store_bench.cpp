@@ -1,0 +1,153 @@
+// Store costs that decide how a host can use it:
+//  - rebuilding both record indexes over a million records, measured against
+//    one plain pass over the same array (the floor any rebuild must pay);
+//    the printed ratio should stay within 2;
+//  - a million AddParameter appends, which must stay well under a second.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "sparlane/sparlane.h"
+#include "store/database_impl.h"
+#include "store/indexes.h"
+
+namespace {
+
+using Sparlane::CuttingParameter;
+using Sparlane::Database;
+using Sparlane::DatabaseAccess;
+using Sparlane::DatabaseImpl;
+
+constexpr std::size_t kRecords = 1000000;
+constexpr int kMaterials = 150;
+constexpr int kMachines = 400;
+
+// A million records sorted by material, machine and thickness, the order
+// parameter files are written in.
+const std::vector<CuttingParameter>& SortedTable() {
+  static const std::vector<CuttingParameter> table = [] {
+    std::vector<CuttingParameter> t;
+    t.reserve(kRecords);
+    const std::size_t per_pair = kRecords / (kMaterials * kMachines) + 1;
+    for (int material = 1; material <= kMaterials && t.size() < kRecords; ++material) {
+      for (int machine = 1; machine <= kMachines && t.size() < kRecords; ++machine) {
+        for (std::size_t k = 0; k < per_pair && t.size() < kRecords; ++k) {
+          CuttingParameter p{};
+          p.vendor_id = static_cast<std::uint16_t>(1 + machine % 20);
+          p.machine_model_id = static_cast<std::uint16_t>(machine);
+          p.material_id = static_cast<std::uint16_t>(material);
+          p.thickness_mm = 0.5f + 1.5f * static_cast<float>(k);
+          p.cut_speed_mm_min = 6000.0f / (1.0f + static_cast<float>(k));
+          p.current_amps = static_cast<std::uint16_t>(30 + 10 * (k % 20));
+          t.push_back(p);
+        }
+      }
+    }
+    return t;
+  }();
+  return table;
+}
+
+void BM_RebuildRecordIndexes(benchmark::State& state) {
+  Database db;
+  DatabaseImpl& d = DatabaseAccess::Body(db);
+  d.parameters = SortedTable();
+  for (auto _ : state) {
+    Sparlane::RebuildRecordIndexes(d);
+    benchmark::DoNotOptimize(d.material_ranges.size());
+    benchmark::DoNotOptimize(d.machine_records.size());
+  }
+  if (d.material_ranges.size() != kMaterials || d.machine_records.size() != kMachines) {
+    state.SkipWithError("index does not cover the table");
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * kRecords));
+}
+
+void BM_PlainPassSummingThickness(benchmark::State& state) {
+  const std::vector<CuttingParameter>& table = SortedTable();
+  for (auto _ : state) {
+    float sum = 0.0f;
+    for (const CuttingParameter& p : table) sum += p.thickness_mm;
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * kRecords));
+}
+
+void BM_MillionAddParameter(benchmark::State& state) {
+  const std::vector<CuttingParameter>& table = SortedTable();
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::optional<Database> db(std::in_place);
+    db->Create();
+    for (int i = 1; i <= kMachines; ++i) {
+      db->AddMachine("vendor " + std::to_string(1 + i % 20), "model " + std::to_string(i), "");
+    }
+    for (int i = 1; i <= kMaterials; ++i) db->AddMaterial("material " + std::to_string(i));
+    state.ResumeTiming();
+    for (const CuttingParameter& p : table) {
+      if (db->AddParameter(p) != Sparlane::ErrorCode::Success) {
+        state.SkipWithError("AddParameter refused a record");
+        break;
+      }
+    }
+    benchmark::DoNotOptimize(db->GetStatistics().parameter_count);
+    state.PauseTiming();  // freeing the table is not part of appending
+    db.reset();
+    state.ResumeTiming();
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * kRecords));
+}
+
+BENCHMARK(BM_RebuildRecordIndexes)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PlainPassSummingThickness)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_MillionAddParameter)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// Remembers the mean real time of every run so main can print ratios.
+class RecordingReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.iterations > 0) {
+        seconds_[run.benchmark_name()] =
+            run.real_accumulated_time / static_cast<double>(run.iterations);
+      }
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+  double Seconds(const std::string& name) const {
+    auto it = seconds_.find(name);
+    return it == seconds_.end() ? 0.0 : it->second;
+  }
+
+ private:
+  std::map<std::string, double> seconds_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  RecordingReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::Shutdown();
+
+  const double rebuild = reporter.Seconds("BM_RebuildRecordIndexes");
+  const double pass = reporter.Seconds("BM_PlainPassSummingThickness");
+  const double appends = reporter.Seconds("BM_MillionAddParameter/iterations:5");
+  std::printf("\n");
+  if (rebuild > 0.0 && pass > 0.0) {
+    std::printf("index rebuild / plain pass over 1,000,000 records: %.2fx "
+                "(%.3f ms / %.3f ms; target within 2x)\n",
+                rebuild / pass, rebuild * 1e3, pass * 1e3);
+  }
+  if (appends > 0.0) {
+    std::printf("1,000,000 AddParameter appends: %.3f ms = %.3f of the one-second budget\n",
+                appends * 1e3, appends / 1.0);
+  }
+  return 0;
+}

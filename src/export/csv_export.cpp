@@ -1,0 +1,63 @@
+// Database::ExportToCSV: a header line, then one line per record with names
+// in place of ids, streamed straight to the file.
+#include <fstream>
+#include <string>
+
+#include "export/export_file.h"
+#include "export/export_names.h"
+#include "export/text_sink.h"
+#include "store/database_impl.h"
+
+namespace Sparlane {
+namespace {
+
+void WriteCsvHeader(TextSink& sink) {
+  sink.PutLiteral("vendor,machine_model,material,thickness_mm,cut_speed_mm_min,");
+  sink.PutLiteral("cut_height_mm,pierce_height_mm,transfer_height_mm,arc_voltage_v,");
+  sink.PutLiteral("pierce_time_s,kerf_width_mm,current_amps,flags\n");
+}
+
+void WriteCsvRecord(TextSink& sink, const CuttingParameter& p, const WrittenNames& vendors,
+                    const WrittenNames& machines, const WrittenNames& materials) {
+  sink.Put(vendors.ForId(p.vendor_id));
+  sink.Put(',');
+  sink.Put(machines.ForId(p.machine_model_id));
+  sink.Put(',');
+  sink.Put(materials.ForId(p.material_id));
+  const float numbers[] = {p.thickness_mm,       p.cut_speed_mm_min, p.cut_height_mm,
+                           p.pierce_height_mm,   p.transfer_height_mm, p.arc_voltage_v,
+                           p.pierce_time_s,      p.kerf_width_mm};
+  for (float value : numbers) {
+    sink.Put(',');
+    sink.PutFloat(value);
+  }
+  sink.Put(',');
+  sink.PutUnsigned(p.current_amps);
+  sink.Put(',');
+  sink.PutUnsigned(p.flags);
+  sink.Put('\n');
+}
+
+}  // namespace
+
+ErrorCode Database::ExportToCSV(const std::string& path) {
+  DatabaseImpl& impl = *impl_;
+  std::ofstream out;
+  ErrorCode opened = OpenExportFile(impl, path, out);
+  if (opened != ErrorCode::Success) return opened;
+
+  const WrittenNames vendors(impl.vendors, CsvField);
+  const WrittenNames machines(impl.machines, CsvField);
+  const WrittenNames materials(impl.materials, CsvField);
+  {
+    TextSink sink(out);
+    WriteCsvHeader(sink);
+    for (const CuttingParameter& p : impl.parameters) {
+      WriteCsvRecord(sink, p, vendors, machines, materials);
+    }
+    sink.Flush();
+  }
+  return FinishExportFile(impl, out);
+}
+
+}  // namespace Sparlane

@@ -1,0 +1,67 @@
+#include "export/text_sink.h"
+
+#include "export/float_format.h"
+
+#include <charconv>
+#include <cstring>
+#include <locale>
+
+namespace Sparlane {
+
+// The classic locale with default stream flags formats a float exactly as
+// printf("%.6g") does in the "C" locale (FormatFloatGeneral6), and an
+// integer as std::to_chars does.
+// Any other locale (decimal comma, digit grouping, custom facets) goes
+// through the locale itself.
+TextSink::TextSink(std::ostream& out)
+    : out_(out),
+      classic_numbers_(out.getloc() == std::locale::classic() &&
+                       out.flags() == (std::ios_base::dec | std::ios_base::skipws) &&
+                       out.precision() == 6 && out.width() == 0) {
+  if (!classic_numbers_) {
+    localized_.imbue(out.getloc());
+    localized_.flags(out.flags());
+    localized_.precision(out.precision());
+    localized_.fill(out.fill());
+  }
+}
+
+void TextSink::Put(const char* text, std::size_t length) {
+  while (length > 0) {
+    if (used_ == kCapacity) Flush();
+    std::size_t n = kCapacity - used_;
+    if (n > length) n = length;
+    std::memcpy(buffer_ + used_, text, n);
+    used_ += n;
+    text += n;
+    length -= n;
+  }
+}
+
+void TextSink::PutFloat(float value) {
+  if (!classic_numbers_) return PutThroughLocale(value);
+  Reserve(kNumberRoom);
+  used_ = static_cast<std::size_t>(FormatFloatGeneral6(value, buffer_ + used_) - buffer_);
+}
+
+void TextSink::PutUnsigned(std::uint32_t value) {
+  if (!classic_numbers_) return PutThroughLocale(value);
+  Reserve(kNumberRoom);
+  std::to_chars_result r = std::to_chars(buffer_ + used_, buffer_ + kCapacity, value);
+  used_ = static_cast<std::size_t>(r.ptr - buffer_);
+}
+
+template <typename T>
+void TextSink::PutThroughLocale(T value) {
+  localized_.str(std::string());
+  localized_ << value;
+  Put(localized_.str());
+}
+
+void TextSink::Flush() {
+  if (used_ == 0) return;
+  out_.write(buffer_, static_cast<std::streamsize>(used_));
+  used_ = 0;
+}
+
+}  // namespace Sparlane

@@ -1,0 +1,197 @@
+// The parser trusts no count or offset from the file: a running cursor and
+// the file size bound every read, and reservations are capped by what the
+// remaining bytes could hold.
+#include "file/file_parser.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "file/byte_order.h"
+#include "file/header_check.h"
+#include "file/header_codec.h"
+#include "file/lz4_blocks.h"
+#include "store/indexes.h"
+
+namespace Sparlane {
+namespace {
+
+// Position in the mapped bytes.  pos may run past size after an unchecked
+// skip; Left() is then 0 and every further read fails.
+struct Cursor {
+  const std::uint8_t* data;
+  std::uint64_t size;
+  std::uint64_t pos;
+
+  std::uint64_t Left() const { return pos < size ? size - pos : 0; }
+  bool Has(std::uint64_t n) const { return pos <= size && n <= size - pos; }
+  const std::uint8_t* Here() const { return data + pos; }
+};
+
+enum class TableForm { kPlain, kMachine };
+
+// Entry bytes before the name: id, plus vendor_id for machines.
+std::uint64_t FixedBytesBeforeName(TableForm form) { return form == TableForm::kMachine ? 4 : 2; }
+std::uint64_t SmallestEntry(TableForm form) { return form == TableForm::kMachine ? 6 : 3; }
+
+ErrorCode ReadNameTable(Cursor& c, TableForm form, std::vector<std::string>& names) {
+  if (!c.Has(8)) return ErrorCode::InvalidData;
+  const std::uint64_t table_start = c.pos;
+  const std::uint32_t entry_count = LoadLE32(c.Here());
+  const std::uint32_t table_size = LoadLE32(c.Here() + 4);
+  c.pos += 8;
+  // table_size is only a bounds test; the entries are walked one by one.
+  if (table_start + table_size > c.size) return ErrorCode::InvalidData;
+
+  names.clear();
+  names.reserve(std::min<std::uint64_t>(entry_count, c.Left() / SmallestEntry(form)));
+  for (std::uint32_t i = 0; i < entry_count; ++i) {
+    const std::uint64_t skip = FixedBytesBeforeName(form);
+    if (!c.Has(skip + 1)) return ErrorCode::InvalidData;
+    const std::uint8_t name_length = c.Here()[skip];
+    c.pos += skip + 1;
+    if (!c.Has(name_length)) return ErrorCode::InvalidData;
+    names.emplace_back(reinterpret_cast<const char*>(c.Here()), name_length);
+    c.pos += name_length;
+    if (form == TableForm::kMachine) {
+      if (!c.Has(1)) return ErrorCode::InvalidData;
+      const std::uint8_t extra_length = c.Here()[0];
+      // Skipped unchecked: a run past the end fails at the next read.
+      c.pos += 1 + static_cast<std::uint64_t>(extra_length);
+    }
+  }
+  return ErrorCode::Success;
+}
+
+// Lets vector::assign copy records straight out of unaligned mapped bytes in
+// one pass, without value-initialising the array first.
+class RecordBytesIterator {
+ public:
+  using iterator_category = std::random_access_iterator_tag;
+  using value_type = CuttingParameter;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const CuttingParameter*;
+  using reference = CuttingParameter;
+
+  explicit RecordBytesIterator(const std::uint8_t* p) : p_(p) {}
+  CuttingParameter operator*() const {
+    CuttingParameter record;
+    std::memcpy(&record, p_, sizeof record);
+    return record;
+  }
+  RecordBytesIterator& operator++() {
+    p_ += sizeof(CuttingParameter);
+    return *this;
+  }
+  RecordBytesIterator operator++(int) {
+    RecordBytesIterator old = *this;
+    ++*this;
+    return old;
+  }
+  RecordBytesIterator& operator+=(difference_type n) {
+    p_ += n * static_cast<difference_type>(sizeof(CuttingParameter));
+    return *this;
+  }
+  RecordBytesIterator& operator--() {
+    p_ -= sizeof(CuttingParameter);
+    return *this;
+  }
+  RecordBytesIterator operator--(int) {
+    RecordBytesIterator old = *this;
+    --*this;
+    return old;
+  }
+  RecordBytesIterator& operator-=(difference_type n) { return *this += -n; }
+  RecordBytesIterator operator+(difference_type n) const {
+    RecordBytesIterator it = *this;
+    return it += n;
+  }
+  RecordBytesIterator operator-(difference_type n) const {
+    RecordBytesIterator it = *this;
+    return it -= n;
+  }
+  CuttingParameter operator[](difference_type n) const { return *(*this + n); }
+  bool operator<(const RecordBytesIterator& o) const { return p_ < o.p_; }
+  bool operator>(const RecordBytesIterator& o) const { return p_ > o.p_; }
+  bool operator<=(const RecordBytesIterator& o) const { return p_ <= o.p_; }
+  bool operator>=(const RecordBytesIterator& o) const { return p_ >= o.p_; }
+  difference_type operator-(const RecordBytesIterator& o) const {
+    return (p_ - o.p_) / static_cast<difference_type>(sizeof(CuttingParameter));
+  }
+  bool operator==(const RecordBytesIterator& o) const { return p_ == o.p_; }
+  bool operator!=(const RecordBytesIterator& o) const { return p_ != o.p_; }
+
+ private:
+  const std::uint8_t* p_;
+};
+
+ErrorCode ReadRawRecords(Cursor& c, std::uint32_t count, std::vector<CuttingParameter>& out) {
+  const std::uint64_t bytes = static_cast<std::uint64_t>(count) * sizeof(CuttingParameter);
+  if (!c.Has(bytes)) return ErrorCode::InvalidData;
+  RecordBytesIterator first(c.Here());
+  RecordBytesIterator last(c.Here() + bytes);
+  out.clear();  // so assign constructs in place instead of assigning over
+  out.assign(first, last);
+  c.pos += bytes;
+  return ErrorCode::Success;
+}
+
+ErrorCode ReadLz4Records(Cursor& c, std::uint32_t count, std::vector<CuttingParameter>& out) {
+  out.clear();
+  // No more than the remaining bytes could decode to.
+  const std::uint64_t reachable = MaxLz4Expansion(c.Left()) / sizeof(CuttingParameter);
+  out.reserve(std::min<std::uint64_t>(count, reachable));
+  while (out.size() < count) {
+    if (!c.Has(kBlockHeadSize)) return ErrorCode::InvalidParameter;
+    const std::uint32_t raw_size = LoadLE32(c.Here());
+    const std::uint32_t compressed_size = LoadLE32(c.Here() + 4);
+    if (compressed_size == 0 || raw_size == 0 || !c.Has(kBlockHeadSize + compressed_size) ||
+        raw_size % sizeof(CuttingParameter) != 0) {
+      return ErrorCode::InvalidData;
+    }
+    const ErrorCode code = DecodeLz4Block(c.Here() + kBlockHeadSize, compressed_size, raw_size, out);
+    if (code != ErrorCode::Success) return code;
+    c.pos += kBlockHeadSize + compressed_size;
+  }
+  return ErrorCode::Success;
+}
+
+ErrorCode ReadParameterData(Cursor& c, const FileHeader& header,
+                            std::vector<CuttingParameter>& out) {
+  switch (static_cast<CompressionType>(header.compression)) {
+    case CompressionType::None:
+      return ReadRawRecords(c, header.parameter_count, out);
+    case CompressionType::LZ4:
+      return ReadLz4Records(c, header.parameter_count, out);
+    case CompressionType::Reserved:
+      // No data is stored; the loaded table is empty whatever the count says.
+      out.clear();
+      return ErrorCode::Success;
+  }
+  return ErrorCode::CorruptedFile;  // unreachable: the header check refuses > 2
+}
+
+}  // namespace
+
+ErrorCode ParseParameterFile(const std::uint8_t* data, std::uint64_t size, DatabaseImpl& store) {
+  if (size < kHeaderSize) return ErrorCode::CorruptedFile;
+  const FileHeader header = DecodeHeader(data);
+  const ErrorCode header_code = CheckHeaderForLoad(header, data, size);
+  if (header_code != ErrorCode::Success) return header_code;
+  store.header = header;
+
+  // The section offsets were only tested; reading goes back to back.
+  Cursor c{data, size, kHeaderSize};
+  ErrorCode code = ReadNameTable(c, TableForm::kPlain, store.vendors);
+  if (code == ErrorCode::Success) code = ReadNameTable(c, TableForm::kMachine, store.machines);
+  if (code == ErrorCode::Success) code = ReadNameTable(c, TableForm::kPlain, store.materials);
+  if (code == ErrorCode::Success) code = ReadParameterData(c, header, store.parameters);
+  if (code != ErrorCode::Success) return code;
+
+  BuildNameIndexes(store);
+  return ErrorCode::Success;
+}
+
+}  // namespace Sparlane

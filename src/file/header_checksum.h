@@ -1,0 +1,20 @@
+// The checksum the writer stores in header_crc32 and the loader checks.
+#ifndef SPARLANE_FILE_HEADER_CHECKSUM_H_
+#define SPARLANE_FILE_HEADER_CHECKSUM_H_
+
+#include <cstdint>
+
+#include "sparlane/sparlane.h"
+
+namespace Sparlane {
+
+// One CRC-32 run over bytes 0-127 then 144-1023: the 16 bytes at 128-143
+// (the checksum itself and 12 reserved bytes) are skipped, not zeroed.
+std::uint32_t HeaderChecksumOfBytes(const std::uint8_t* header_bytes);
+
+// The same over the header's little-endian file bytes.
+std::uint32_t HeaderChecksum(const FileHeader& header);
+
+}  // namespace Sparlane
+
+#endif  // SPARLANE_FILE_HEADER_CHECKSUM_H_

@@ -1,0 +1,151 @@
+// Searches over the parameter table shared by the queries: the bisections
+// that assume (material, machine, thickness) order and the per-material and
+// per-pair walks.  Each search reads rows through the fields material_id,
+// machine_model_id, thickness_mm and cut_speed_mm_min, so it runs unchanged
+// over the records themselves or over the pair index's compact key copy;
+// positions and decisions are the same either way.
+#ifndef SPARLANE_QUERY_RECORD_SEARCH_H_
+#define SPARLANE_QUERY_RECORD_SEARCH_H_
+
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "query/pair_index.h"
+#include "store/database_impl.h"
+
+namespace Sparlane {
+
+// A run of table positions [first, first + count).
+struct TableSpan {
+  std::uint64_t first = 0;
+  std::uint64_t count = 0;
+};
+
+// An index span cut to the table: positions past its end hold no record.
+TableSpan ClampToTable(std::uint64_t first, std::uint64_t count, std::size_t table_size);
+
+// Calls search(rows) with the compact keys when they describe the table as
+// it is, else with the records.
+template <typename Search>
+auto WithSearchRows(const DatabaseImpl& impl, Search&& search) {
+  if (PairIndexCurrent(impl)) return search(impl.pair_index.keys);
+  return search(impl.parameters);
+}
+
+// First position in [lo, hi) where before(row) turns false.
+template <typename Rows, typename Before>
+std::uint64_t PartitionPoint(const Rows& rows, std::uint64_t lo, std::uint64_t hi, Before before) {
+  while (lo < hi) {
+    const std::uint64_t mid = lo + (hi - lo) / 2;
+    if (before(rows[mid])) {
+      lo = mid + 1;
+    } else {
+      hi = mid;
+    }
+  }
+  return lo;
+}
+
+// The pair's run by bisection over the whole table: lower bound on the
+// material, then lower and upper bound on (material, machine) from there.
+template <typename Rows>
+TableSpan BisectPairSpan(const Rows& rows, std::uint16_t material_id, std::uint16_t machine_id) {
+  const std::uint32_t key = PairKey(material_id, machine_id);
+  auto pair_of = [](const auto& r) { return PairKey(r.material_id, r.machine_model_id); };
+  const std::uint64_t size = rows.size();
+  const std::uint64_t material_begin =
+      PartitionPoint(rows, 0, size, [&](const auto& r) { return r.material_id < material_id; });
+  const std::uint64_t begin =
+      PartitionPoint(rows, material_begin, size, [&](const auto& r) { return pair_of(r) < key; });
+  const std::uint64_t end =
+      PartitionPoint(rows, begin, size, [&](const auto& r) { return !(key < pair_of(r)); });
+  return TableSpan{begin, end - begin};
+}
+
+// The same span.  On a table in (material, machine) order the bisection can
+// only land on the pair's contiguous run, which the pair index knows.
+TableSpan FindPairSpan(const DatabaseImpl& impl, std::uint16_t material_id,
+                       std::uint16_t machine_id);
+
+// Position of the row within tolerance that the bisection over span meets
+// first, or span's end clamped to the table when there is none.
+template <typename Rows>
+std::uint64_t BisectWithinTolerance(const Rows& rows, TableSpan span, std::uint16_t material_id,
+                                    std::uint16_t machine_id, float thickness, float tolerance,
+                                    bool* found) {
+  span = ClampToTable(span.first, span.count, rows.size());
+  std::uint64_t lo = span.first;
+  std::uint64_t hi = span.first + span.count;
+  *found = true;
+  while (lo < hi) {
+    const std::uint64_t mid = lo + (hi - lo) / 2;
+    const auto& r = rows[mid];
+    const bool same_pair = r.material_id == material_id && r.machine_model_id == machine_id;
+    if (same_pair && std::fabs(r.thickness_mm - thickness) <= tolerance) return mid;
+    if (r.material_id < material_id) {
+      lo = mid + 1;
+    } else if (r.material_id > material_id) {
+      hi = mid;
+    } else if (r.machine_model_id < machine_id) {
+      lo = mid + 1;
+    } else if (r.machine_model_id > machine_id) {
+      hi = mid;
+    } else if (r.thickness_mm < thickness - tolerance) {
+      lo = mid + 1;
+    } else if (r.thickness_mm > thickness + tolerance) {
+      hi = mid;
+    } else {
+      return mid;  // neither side: NaN thickness or tolerance
+    }
+  }
+  *found = false;
+  return lo;
+}
+
+// First position of span whose thickness is not below thickness (bisection).
+template <typename Rows>
+std::uint64_t LowerBoundThickness(const Rows& rows, TableSpan span, float thickness) {
+  return PartitionPoint(rows, span.first, span.first + span.count,
+                        [&](const auto& r) { return r.thickness_mm < thickness; });
+}
+
+// Visits, in table order, the position and search fields of every record of
+// the material: visit(position, row).
+template <typename Visit>
+void ForEachOfMaterial(const DatabaseImpl& impl, std::uint16_t material_id, Visit&& visit) {
+  if (PairIndexCurrent(impl)) {
+    const PairIndex& index = impl.pair_index;
+    const PositionGroup* group = FindMaterialGroup(index, material_id);
+    if (group == nullptr) return;
+    ForEachPosition(index.material_positions, *group,
+                    [&](std::uint32_t pos) { visit(pos, index.keys[pos]); });
+    return;
+  }
+  const std::vector<CuttingParameter>& records = impl.parameters;
+  for (std::size_t pos = 0; pos < records.size(); ++pos) {
+    if (records[pos].material_id == material_id) visit(pos, records[pos]);
+  }
+}
+
+// Visits, in table order, every record of the material and machine.
+template <typename Visit>
+void ForEachOfPair(const DatabaseImpl& impl, std::uint16_t material_id, std::uint16_t machine_id,
+                   Visit&& visit) {
+  if (PairIndexCurrent(impl)) {
+    const PairIndex& index = impl.pair_index;
+    const PositionGroup* group = FindPairGroup(index, material_id, machine_id);
+    if (group == nullptr) return;
+    ForEachPairPosition(index, *group, [&](std::uint32_t pos) { visit(pos, index.keys[pos]); });
+    return;
+  }
+  const std::vector<CuttingParameter>& records = impl.parameters;
+  for (std::size_t pos = 0; pos < records.size(); ++pos) {
+    const CuttingParameter& r = records[pos];
+    if (r.material_id == material_id && r.machine_model_id == machine_id) visit(pos, r);
+  }
+}
+
+}  // namespace Sparlane
+
+#endif  // SPARLANE_QUERY_RECORD_SEARCH_H_

@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "file/mapped_file.h"
+#include "file_bytes.h"
+#include "store/database_impl.h"
+
+using namespace Sparlane;
+using namespace filetest;
+
+namespace {
+
+int OpenDescriptorCount() {
+  int n = 0;
+  DIR* d = opendir("/proc/self/fd");
+  if (d == nullptr) return -1;
+  while (readdir(d) != nullptr) ++n;
+  closedir(d);
+  return n;
+}
+
+class MappedFileTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = ScratchDir(::testing::UnitTest::GetInstance()->current_test_info()->name());
+    ASSERT_FALSE(dir_.empty());
+  }
+  std::string dir_;
+};
+
+}  // namespace
+
+TEST_F(MappedFileTest, FileOfExactly1024BytesOpens) {
+  Bytes bytes(1024);
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::uint8_t>(i * 7);
+  ASSERT_TRUE(WriteFile(dir_ + "/a", bytes));
+  MappedFile f;
+  ASSERT_EQ(f.Open(dir_ + "/a"), ErrorCode::Success);
+  EXPECT_EQ(f.size(), 1024u);
+  ASSERT_NE(f.view(), nullptr);
+  EXPECT_EQ(0, std::memcmp(f.view(), bytes.data(), 1024));
+  f.Close();
+  EXPECT_EQ(f.view(), nullptr);
+  EXPECT_EQ(f.size(), 0u);
+  f.Close();  // harmless twice
+}
+
+TEST_F(MappedFileTest, FileOf1023BytesIsCorruptedAndLeavesNoDescriptor) {
+  ASSERT_TRUE(WriteFile(dir_ + "/short", Bytes(1023, 1)));
+  const int before = OpenDescriptorCount();
+  MappedFile f;
+  EXPECT_EQ(f.Open(dir_ + "/short"), ErrorCode::CorruptedFile);
+  EXPECT_EQ(f.view(), nullptr);
+  EXPECT_EQ(OpenDescriptorCount(), before);
+}
+
+TEST_F(MappedFileTest, EmptyFileIsCorrupted) {
+  ASSERT_TRUE(WriteFile(dir_ + "/empty", Bytes()));
+  MappedFile f;
+  EXPECT_EQ(f.Open(dir_ + "/empty"), ErrorCode::CorruptedFile);
+}
+
+TEST_F(MappedFileTest, MissingFileAndMissingDirectoryAreFileNotFound) {
+  MappedFile f;
+  EXPECT_EQ(f.Open(dir_ + "/nope"), ErrorCode::FileNotFound);
+  EXPECT_EQ(f.Open(dir_ + "/no-such-dir/file.bin"), ErrorCode::FileNotFound);
+  EXPECT_EQ(f.Open(""), ErrorCode::FileNotFound);
+}
+
+TEST_F(MappedFileTest, PathThroughARegularFileIsFileNotFound) {
+  ASSERT_TRUE(WriteFile(dir_ + "/plain", Bytes(2000, 0)));
+  MappedFile f;
+  EXPECT_EQ(f.Open(dir_ + "/plain/inner.bin"), ErrorCode::FileNotFound);  // ENOTDIR
+}
+
+TEST_F(MappedFileTest, DirectoryIsAccessDeniedAndLeavesNoDescriptor) {
+  const int before = OpenDescriptorCount();
+  MappedFile f;
+  EXPECT_EQ(f.Open(dir_), ErrorCode::AccessDenied);
+  EXPECT_EQ(OpenDescriptorCount(), before);
+}
+
+TEST_F(MappedFileTest, UnreadableFileIsAccessDenied) {
+  const std::string path = dir_ + "/locked";
+  ASSERT_TRUE(WriteFile(path, Bytes(2048, 0)));
+  ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+  if (::access(path.c_str(), R_OK) == 0) {
+    GTEST_SKIP() << "running with privileges that read a mode-000 file (root); "
+                    "access cannot be denied here";
+  }
+  MappedFile f;
+  EXPECT_EQ(f.Open(path), ErrorCode::AccessDenied);
+}
+
+TEST_F(MappedFileTest, OpenSanitisesThePath) {
+  ASSERT_TRUE(WriteFile(dir_ + "/ab", Bytes(1024, 0)));
+  MappedFile f;
+  EXPECT_EQ(f.Open(dir_ + "/a..b"), ErrorCode::Success);
+  EXPECT_EQ(f.Open(dir_ + std::string("/a\0b", 4)), ErrorCode::Success);
+}
+
+TEST_F(MappedFileTest, SecondOpenReleasesTheFirstFile) {
+  ASSERT_TRUE(WriteFile(dir_ + "/one", Bytes(1024, 1)));
+  ASSERT_TRUE(WriteFile(dir_ + "/two", Bytes(3000, 2)));
+  MappedFile f;
+  ASSERT_EQ(f.Open(dir_ + "/one"), ErrorCode::Success);
+  const int with_one = OpenDescriptorCount();
+  ASSERT_EQ(f.Open(dir_ + "/two"), ErrorCode::Success);
+  EXPECT_EQ(OpenDescriptorCount(), with_one);
+  EXPECT_EQ(f.size(), 3000u);
+  EXPECT_EQ(f.view()[2999], 2);
+  // A failing open releases too.
+  EXPECT_EQ(f.Open(dir_ + "/missing"), ErrorCode::FileNotFound);
+  EXPECT_EQ(f.view(), nullptr);
+  EXPECT_EQ(OpenDescriptorCount(), with_one - 1);
+}
+
+TEST_F(MappedFileTest, DatabaseCloseReleasesTheMappingButKeepsTheObject) {
+  FileSpec spec;
+  ASSERT_TRUE(WriteFile(dir_ + "/db.bin", BuildFile(spec)));
+  const int before = OpenDescriptorCount();
+  Database db;
+  ASSERT_EQ(db.LoadFromBinary(dir_ + "/db.bin"), ErrorCode::Success);
+  EXPECT_EQ(OpenDescriptorCount(), before + 1);
+  db.Close();
+  EXPECT_EQ(OpenDescriptorCount(), before);
+  ASSERT_NE(DatabaseAccess::Body(db).mapped_file, nullptr);
+  EXPECT_EQ(DatabaseAccess::Body(db).mapped_file->view(), nullptr);
+}
+
+TEST_F(MappedFileTest, LoadFromDirectoryReportsOpenFailure) {
+  Database db;
+  EXPECT_EQ(db.LoadFromBinary(dir_), ErrorCode::AccessDenied);
+  EXPECT_EQ(db.GetLastError(), "Failed to open file: " + dir_);
+}
+
+TEST_F(MappedFileTest, LoadThroughARegularFileIsFileNotFound) {
+  ASSERT_TRUE(WriteFile(dir_ + "/plain", Bytes(2000, 0)));
+  Database db;
+  EXPECT_EQ(db.LoadFromBinary(dir_ + "/plain/x"), ErrorCode::FileNotFound);
+  EXPECT_EQ(db.GetLastError(), "Failed to open file: " + dir_ + "/plain/x");
+}
+
+TEST_F(MappedFileTest, FifoDoesNotHangAndIsCorrupted) {
+  const std::string path = dir_ + "/fifo";
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  MappedFile f;
+  EXPECT_EQ(f.Open(path), ErrorCode::CorruptedFile);
+}

@@ -1,0 +1,293 @@
+// The per-material and per-pair position lists against the literal scans and
+// bisections, on many random tables in every state the store can leave them
+// in: sorted, sorted by pair only, unsorted, records appended without a
+// rebuild, deleted and updated records, duplicate names, NaN, -0.0 and
+// stray ids.
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+
+#include "literal_queries.h"
+#include "query/pair_index.h"
+#include "query/record_search.h"
+#include "query_fixture.h"
+
+namespace query_test {
+namespace {
+
+enum class Order { kSorted, kPairOnly, kShuffled };
+
+class RandomTables {
+ public:
+  explicit RandomTables(unsigned seed) : rng_(seed) {}
+
+  int Int(int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng_); }
+
+  float Thickness() {
+    switch (Int(0, 9)) {
+      case 0: return std::nanf("");
+      case 1: return -0.0f;
+      case 2: return 0.0f;
+      case 3: return std::numeric_limits<float>::infinity();
+      default: {
+        static const float kSteps[] = {0.5f, 1.0f, 1.05f, 1.1f, 2.0f, 3.0f, 5.0f,
+                                       5.0005f, 6.0f, 6.05f, 10.0f, 12.0f, 25.0f};
+        return kSteps[Int(0, 12)];
+      }
+    }
+  }
+
+  CuttingParameter Row() {
+    // Ids 0 and one past the name tables are stray on purpose.
+    CuttingParameter r = Record(static_cast<std::uint16_t>(Int(0, 5)),
+                                static_cast<std::uint16_t>(Int(0, 5)), Thickness(),
+                                static_cast<float>(Int(0, 6) * 500), static_cast<std::uint16_t>(Int(1, 3)));
+    r.current_amps = static_cast<std::uint16_t>(Int(1, 400));
+    r.flags = static_cast<std::uint32_t>(Int(0, 3));
+    return r;
+  }
+
+  std::vector<CuttingParameter> Table(Order order) {
+    std::vector<CuttingParameter> rows(static_cast<std::size_t>(Int(0, 60)));
+    for (auto& r : rows) r = Row();
+    if (order == Order::kShuffled) return rows;
+    std::stable_sort(rows.begin(), rows.end(), [&](const CuttingParameter& a,
+                                                   const CuttingParameter& b) {
+      if (a.material_id != b.material_id) return a.material_id < b.material_id;
+      if (a.machine_model_id != b.machine_model_id) return a.machine_model_id < b.machine_model_id;
+      return order == Order::kSorted && a.thickness_mm < b.thickness_mm;
+    });
+    return rows;
+  }
+
+  std::mt19937& rng() { return rng_; }
+
+ private:
+  std::mt19937 rng_;
+};
+
+bool SameFloat(float a, float b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+bool SameOptional(const std::optional<CuttingParameter>& a,
+                  const std::optional<CuttingParameter>& b) {
+  return a.has_value() == b.has_value() && (!a || SameBytes(*a, *b));
+}
+
+bool SameList(const std::vector<CuttingParameter>& a, const std::vector<CuttingParameter>& b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (!SameBytes(a[i], b[i])) return false;
+  }
+  return true;
+}
+
+// Names with a duplicate: "A" is id 3, so records of material 1 are
+// unreachable by name; "Q" is unknown.
+void MakeNames(Database& db) {
+  ASSERT_EQ(db.Create(), ErrorCode::Success);
+  DatabaseImpl& body = DatabaseAccess::Body(db);
+  body.vendors = {"V1", "V2", "V3"};
+  body.machines = {"M1", "M2", "M1", "M4"};
+  body.materials = {"A", "B", "A", "D"};
+  Sparlane::BuildNameIndexes(body);
+}
+
+class Differential {
+ public:
+  Differential(Database& db, RandomTables& rnd) : db_(db), rnd_(rnd) {}
+
+  void CompareAll() {
+    const DatabaseImpl& body = DatabaseAccess::Body(db_);
+    LiteralQueries literal(body);
+    static const char* kMaterials[] = {"A", "B", "D", "Q"};
+    static const char* kMachines[] = {"M1", "M2", "M4", "Q", ""};
+    for (int q = 0; q < 40; ++q) {
+      const std::string mat = kMaterials[rnd_.Int(0, 3)];
+      const std::string mach = kMachines[rnd_.Int(0, 4)];
+      const float t = rnd_.Int(0, 4) == 0 ? static_cast<float>(rnd_.Int(0, 300)) / 10.0f
+                                          : rnd_.Thickness();
+      const float tol = static_cast<float>(rnd_.Int(0, 20)) / 10.0f;
+      ++queries_;
+      EXPECT_TRUE(SameOptional(db_.FindNearest(mat, t, mach), literal.FindNearest(mat, t, mach)));
+      EXPECT_TRUE(SameList(db_.FindByMaterial(mat), literal.FindByMaterial(mat)));
+      const auto got = db_.GetSupportedThicknessRange(mat, mach);
+      const auto want = literal.Range(mat, mach);
+      EXPECT_TRUE(SameFloat(got.min_thickness_mm, want.min_thickness_mm));
+      EXPECT_TRUE(SameFloat(got.max_thickness_mm, want.max_thickness_mm));
+      EXPECT_EQ(got.parameter_count, want.parameter_count);
+      EXPECT_EQ(got.valid, want.valid);
+      EXPECT_TRUE(SameOptional(db_.FindExact(mat, t, mach, tol), literal.FindExact(mat, t, mach, tol)));
+      EXPECT_TRUE(SameOptional(db_.FindOptimal(mat, t, tol), literal.FindOptimal(mat, t, tol)));
+      const auto gi = db_.Interpolate(mat, t, mach);
+      const auto wi = literal.Interpolate(mat, t, mach);
+      EXPECT_TRUE(SameBytes(gi.parameter, wi.parameter));
+      EXPECT_TRUE(SameFloat(gi.confidence, wi.confidence));
+      EXPECT_EQ(gi.extrapolated, wi.extrapolated);
+
+      CuttingParameter base = body.parameters.empty() || rnd_.Int(0, 3) == 0
+                                  ? rnd_.Row()
+                                  : body.parameters[static_cast<std::size_t>(
+                                        rnd_.Int(0, static_cast<int>(body.parameters.size()) - 1))];
+      const float max_speed = static_cast<float>(rnd_.Int(0, 7) * 500 - rnd_.Int(0, 1) * 250);
+      EXPECT_TRUE(SameBytes(db_.AdjustForMaxSpeed(base, max_speed),
+                            literal.AdjustForMaxSpeed(base, max_speed)));
+    }
+    if (Sparlane::PairIndexCurrent(body)) ++indexed_states_;
+    ++states_;
+  }
+
+  int states() const { return states_; }
+  int indexed_states() const { return indexed_states_; }
+
+ private:
+  Database& db_;
+  RandomTables& rnd_;
+  int states_ = 0;
+  int indexed_states_ = 0;
+  int queries_ = 0;
+};
+
+TEST(PairIndexDifferential, MatchesLiteralScansInEveryStoreState) {
+  RandomTables rnd(20261122);
+  int ordered_states = 0;
+  for (int round = 0; round < 300; ++round) {
+    Database db;
+    MakeNames(db);
+    DatabaseImpl& body = DatabaseAccess::Body(db);
+    Differential diff(db, rnd);
+    const Order order = static_cast<Order>(round % 3);
+
+    // Loaded: the table as a file holds it, indexes rebuilt.
+    body.parameters = rnd.Table(order);
+    Sparlane::RebuildRecordIndexes(body);
+    if (body.pair_index.pair_ordered) ++ordered_states;
+    diff.CompareAll();
+
+    // Appended without a rebuild, as AddParameter does.
+    for (int i = rnd.Int(0, 8); i > 0; --i) {
+      CuttingParameter r = rnd.Int(0, 1) == 0 || body.parameters.empty()
+                               ? rnd.Row()
+                               : body.parameters.back();
+      if (rnd.Int(0, 1) == 0) r.thickness_mm += 1.0f;  // extends the last pair
+      body.parameters.push_back(r);
+      Sparlane::PairIndexAppended(body);
+    }
+    diff.CompareAll();
+
+    // Deleted, then updated: both rebuild.
+    if (!body.parameters.empty()) {
+      body.parameters.erase(body.parameters.begin() +
+                            rnd.Int(0, static_cast<int>(body.parameters.size()) - 1));
+      Sparlane::RebuildRecordIndexes(body);
+      diff.CompareAll();
+    }
+    if (!body.parameters.empty()) {
+      body.parameters[static_cast<std::size_t>(
+          rnd.Int(0, static_cast<int>(body.parameters.size()) - 1))] = rnd.Row();
+      Sparlane::RebuildRecordIndexes(body);
+      diff.CompareAll();
+    }
+
+    // Changed behind the store's back: the lists must step aside.
+    body.parameters.push_back(rnd.Row());
+    body.parameters.push_back(rnd.Row());
+    diff.CompareAll();
+    Sparlane::PairIndexAppended(body);  // out of step: stays unusable
+    body.parameters.push_back(rnd.Row());
+    Sparlane::PairIndexAppended(body);
+    EXPECT_FALSE(Sparlane::PairIndexCurrent(body));
+    diff.CompareAll();
+
+    // Create empties everything; appends start a fresh list.
+    ASSERT_EQ(db.Create(), ErrorCode::Success);
+    MakeNames(db);
+    for (int i = rnd.Int(0, 6); i > 0; --i) {
+      body.parameters.push_back(rnd.Row());
+      Sparlane::PairIndexAppended(body);
+    }
+    EXPECT_TRUE(Sparlane::PairIndexCurrent(body));
+    diff.CompareAll();
+    db.Close();
+    diff.CompareAll();
+    EXPECT_GT(diff.indexed_states(), diff.states() / 2);
+  }
+  EXPECT_GT(ordered_states, 100);
+}
+
+TEST(PairIndexDifferential, PublicEditingKeepsListsCurrent) {
+  RandomTables rnd(7);
+  for (int round = 0; round < 40; ++round) {
+    Database db;
+    MakeCatalogue(db, 4, 4);
+    Differential diff(db, rnd);
+    for (int step = 0; step < 30; ++step) {
+      const int action = rnd.Int(0, 5);
+      DatabaseImpl& body = DatabaseAccess::Body(db);
+      CuttingParameter r = Record(static_cast<std::uint16_t>(rnd.Int(1, 4)),
+                                  static_cast<std::uint16_t>(rnd.Int(1, 4)),
+                                  static_cast<float>(rnd.Int(1, 40)) / 4.0f,
+                                  static_cast<float>(rnd.Int(1, 8) * 250));
+      if (action <= 2 || body.parameters.empty()) {
+        ASSERT_EQ(db.AddParameter(r), ErrorCode::Success);
+      } else if (action == 3) {
+        ASSERT_EQ(db.UpdateParameter(static_cast<std::uint32_t>(rnd.Int(
+                                         0, static_cast<int>(body.parameters.size()) - 1)),
+                                     r),
+                  ErrorCode::Success);
+      } else {
+        ASSERT_EQ(db.DeleteParameter(static_cast<std::uint32_t>(
+                      rnd.Int(0, static_cast<int>(body.parameters.size()) - 1))),
+                  ErrorCode::Success);
+      }
+      EXPECT_TRUE(Sparlane::PairIndexCurrent(body));
+    }
+    // The catalogue's names are Mat1.. and M1..; compare through those too.
+    LiteralQueries literal(DatabaseAccess::Body(db));
+    for (const char* mat : {"Mat1", "Mat2", "Mat3", "Mat4"}) {
+      EXPECT_TRUE(SameList(db.FindByMaterial(mat), literal.FindByMaterial(mat)));
+      for (const char* mach : {"M1", "M2", "M3", "M4", ""}) {
+        for (float t : {0.5f, 2.5f, 5.0f, 7.3f, 11.0f}) {
+          EXPECT_TRUE(SameOptional(db.FindNearest(mat, t, mach), literal.FindNearest(mat, t, mach)));
+          const auto gi = db.Interpolate(mat, t, mach);
+          const auto wi = literal.Interpolate(mat, t, mach);
+          EXPECT_TRUE(SameBytes(gi.parameter, wi.parameter));
+          EXPECT_TRUE(SameFloat(gi.confidence, wi.confidence));
+        }
+        const auto got = db.GetSupportedThicknessRange(mat, mach);
+        const auto want = literal.Range(mat, mach);
+        EXPECT_TRUE(SameFloat(got.min_thickness_mm, want.min_thickness_mm));
+        EXPECT_EQ(got.parameter_count, want.parameter_count);
+      }
+    }
+  }
+}
+
+TEST(PairIndexDifferential, PairSpanMatchesBisectionOnPairOrderedTables) {
+  RandomTables rnd(99);
+  for (int round = 0; round < 500; ++round) {
+    Database db;
+    MakeNames(db);
+    DatabaseImpl& body = DatabaseAccess::Body(db);
+    body.parameters = rnd.Table(round % 2 == 0 ? Order::kPairOnly : Order::kSorted);
+    Sparlane::RebuildRecordIndexes(body);
+    ASSERT_TRUE(body.pair_index.pair_ordered);
+    LiteralQueries literal(body);
+    for (std::uint16_t mat = 0; mat <= 6; ++mat) {
+      for (std::uint16_t mach = 0; mach <= 6; ++mach) {
+        const auto want = literal.PairSpan(mat, mach);
+        const auto fast = Sparlane::FindPairSpan(body, mat, mach);
+        const auto slow = Sparlane::BisectPairSpan(body.parameters, mat, mach);
+        EXPECT_EQ(slow.first, want.first);
+        EXPECT_EQ(slow.count, want.second - want.first);
+        EXPECT_EQ(fast.count, slow.count);
+        if (slow.count != 0) {
+          EXPECT_EQ(fast.first, slow.first);
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace query_test

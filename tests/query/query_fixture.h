@@ -1,0 +1,76 @@
+// Small databases for the query tests: a catalogue made through the public
+// API, and records placed either with AddParameter or straight into the body
+// (for states the editing checks refuse: NaN, -0.0, unsorted tables).
+#ifndef SPARLANE_TESTS_QUERY_QUERY_FIXTURE_H_
+#define SPARLANE_TESTS_QUERY_QUERY_FIXTURE_H_
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "sparlane/sparlane.h"
+#include "store/database_impl.h"
+#include "store/indexes.h"
+
+namespace query_test {
+
+using Sparlane::CuttingParameter;
+using Sparlane::Database;
+using Sparlane::DatabaseAccess;
+using Sparlane::DatabaseImpl;
+using Sparlane::ErrorCode;
+
+// Every field set and distinct, so a copy can be told from a computed one.
+inline CuttingParameter Record(std::uint16_t material, std::uint16_t machine, float thickness,
+                               float speed = 2000.0f, std::uint16_t vendor = 1) {
+  CuttingParameter p{};
+  p.vendor_id = vendor;
+  p.machine_model_id = machine;
+  p.material_id = material;
+  p.aux_id = 77;
+  p.thickness_mm = thickness;
+  p.cut_speed_mm_min = speed;
+  p.cut_height_mm = 1.5f;
+  p.pierce_height_mm = 3.0f;
+  p.transfer_height_mm = 4.0f;
+  p.arc_voltage_v = 120.0f;
+  p.pierce_time_s = 0.5f;
+  p.kerf_width_mm = 1.7f;
+  p.current_amps = 65;
+  p.reserved_42[0] = 0xAB;
+  p.flags = 0x1;
+  p.reserved_52[11] = 0xCD;
+  return p;
+}
+
+inline bool SameBytes(const CuttingParameter& a, const CuttingParameter& b) {
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// Created database with vendors V1..Vn owning machines M1..Mn and materials
+// Mat1..Matk (ids equal to the number in the name).
+inline void MakeCatalogue(Database& db, int machines, int materials) {
+  ASSERT_EQ(db.Create(), ErrorCode::Success);
+  for (int i = 1; i <= machines; ++i) {
+    ASSERT_EQ(db.AddMachine("V" + std::to_string(i), "M" + std::to_string(i), ""),
+              ErrorCode::Success);
+  }
+  for (int i = 1; i <= materials; ++i) {
+    ASSERT_EQ(db.AddMaterial("Mat" + std::to_string(i)), ErrorCode::Success);
+  }
+}
+
+// Replaces the table with records and rebuilds the record indexes, as a load
+// does.
+inline void LoadRecords(Database& db, const std::vector<CuttingParameter>& records) {
+  DatabaseImpl& body = DatabaseAccess::Body(db);
+  body.parameters = records;
+  Sparlane::RebuildRecordIndexes(body);
+}
+
+}  // namespace query_test
+
+#endif  // SPARLANE_TESTS_QUERY_QUERY_FIXTURE_H_

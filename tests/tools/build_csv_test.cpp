@@ -1,0 +1,185 @@
+// build --from-csv: checks, error reports and ordering.
+#include <gtest/gtest.h>
+
+#include "test_csv.h"
+#include "tool_runner.h"
+
+using namespace tooltest;
+
+namespace {
+
+struct Built {
+  ToolRun run;
+  std::string dir;
+  std::string csv;
+  std::string out;
+};
+
+Built BuildFrom(const std::string& csv_text, std::vector<std::string> extra = {}) {
+  Built b;
+  b.dir = ScratchDir();
+  b.csv = b.dir + "/in.csv";
+  b.out = b.dir + "/out.slb";
+  WriteText(b.csv, csv_text);
+  std::vector<std::string> args = {"build", b.out, "--from-csv", b.csv};
+  args.insert(args.end(), extra.begin(), extra.end());
+  b.run = RunTool(args);
+  return b;
+}
+
+}  // namespace
+
+TEST(BuildCsv, BadRowIsReportedWithFileAndLineAndNothingIsWritten) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "2", "3000") +
+                           CsvRow("V", "M", "Steel", "0", "2000"));
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_EQ(b.run.out, "");
+  EXPECT_EQ(b.run.err, "slb-tool: " + b.csv + ":3: Material thickness must be positive\n" +
+                           "slb-tool: nothing written to " + b.out + "\n");
+  EXPECT_FALSE(FileExists(b.out));
+  EXPECT_FALSE(FileExists(b.out + ".tmp"));
+}
+
+TEST(BuildCsv, EveryBadRowIsReported) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "2", "0") +
+                           "V,M,Steel,3,1000,1.5,3.8,3.8,120,0.5,1.5,0,0\n" +
+                           CsvRow("V", "M", "Steel", "nan", "100"));
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":2: Cut speed must be positive\n"), std::string::npos)
+      << b.run.err;
+  EXPECT_NE(b.run.err.find(b.csv + ":3: Process current must be non-zero\n"), std::string::npos);
+  EXPECT_NE(b.run.err.find(b.csv + ":4: Parameter contains invalid float value (NaN or Inf)\n"),
+            std::string::npos);
+}
+
+TEST(BuildCsv, ExistingOutputIsLeftAloneOnError) {
+  const std::string dir = ScratchDir();
+  WriteText(dir + "/out.slb", "old");
+  WriteText(dir + "/in.csv", std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "-1", "10"));
+  const auto run = RunTool({"build", dir + "/out.slb", "--from-csv", dir + "/in.csv"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(ReadText(dir + "/out.slb"), "old");
+}
+
+TEST(BuildCsv, WrongFieldCountIsReported) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + "V,M,Steel,2,3000\n");
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":2: expected 13 fields, found 5\n"), std::string::npos)
+      << b.run.err;
+  EXPECT_FALSE(FileExists(b.out));
+}
+
+TEST(BuildCsv, NonNumericFieldIsReported) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "2", "fast"));
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":2: cut_speed_mm_min is not a number: \"fast\"\n"),
+            std::string::npos)
+      << b.run.err;
+}
+
+TEST(BuildCsv, CurrentBeyondSixteenBitsIsReported) {
+  const auto b = BuildFrom(std::string(CsvHeader()) +
+                           "V,M,Steel,3,1000,1.5,3.8,3.8,120,0.5,1.5,70000,0\n");
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(":2: current_amps is not a whole number from 0 to 65535"),
+            std::string::npos)
+      << b.run.err;
+}
+
+TEST(BuildCsv, UnterminatedQuoteIsReported) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + "\"V,M,Steel,3\n");
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":2: unterminated quoted field\n"), std::string::npos)
+      << b.run.err;
+}
+
+TEST(BuildCsv, QuotedFieldMayHoldALineBreak) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + "\"V\nW\",M,Steel,3,1000,1.5,3.8,3.8,"
+                                                      "120,0.5,1.5,45,0\n" +
+                           CsvRow("V", "M2", "Steel", "0", "1"));
+  EXPECT_EQ(b.run.status, 1);
+  // The second record starts on line 4: the first spans lines 2 and 3.
+  EXPECT_NE(b.run.err.find(b.csv + ":4: Material thickness must be positive\n"),
+            std::string::npos)
+      << b.run.err;
+}
+
+TEST(BuildCsv, WrongHeaderIsReported) {
+  const auto b = BuildFrom("vendor,model\n");
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":1: expected the header line"), std::string::npos)
+      << b.run.err;
+}
+
+TEST(BuildCsv, EmptyFileIsReported) {
+  const auto b = BuildFrom("");
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":1: the file is empty"), std::string::npos) << b.run.err;
+}
+
+TEST(BuildCsv, MissingInputIsReported) {
+  const std::string dir = ScratchDir();
+  const auto run = RunTool({"build", dir + "/out.slb", "--from-csv", dir + "/absent.csv"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: " + dir + "/absent.csv: cannot read the file\n" +
+                         "slb-tool: nothing written to " + dir + "/out.slb\n");
+}
+
+TEST(BuildCsv, ModelUnderTwoVendorsIsAnError) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + CsvRow("V1", "M", "Steel", "2", "3000") +
+                           CsvRow("V2", "M", "Steel", "3", "2000"));
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":3: machine model \"M\" is listed under vendor \"V2\" here "
+                                   "and under \"V1\" at line 2"),
+            std::string::npos)
+      << b.run.err;
+  EXPECT_FALSE(FileExists(b.out));
+}
+
+TEST(BuildCsv, EmptyNameIsReportedWithTheLibraryMessage) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + CsvRow("V", "M", "", "2", "3000"));
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":2: Material name cannot be empty\n"), std::string::npos)
+      << b.run.err;
+}
+
+TEST(BuildCsv, HeaderOnlyBuildsAnEmptyDatabase) {
+  const auto b = BuildFrom(CsvHeader());
+  ASSERT_EQ(b.run.status, 0) << b.run.err;
+  EXPECT_EQ(b.run.out, "wrote " + b.out + ": 0 records\n");
+  const auto info = RunTool({"info", b.out});
+  EXPECT_NE(info.out.find("parameters         0\n"), std::string::npos) << info.out;
+}
+
+TEST(BuildCsv, UnsortedRowsAreSortedByMaterialMachineAndThickness) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + CsvRow("V", "Zeta", "Steel", "6", "900") +
+                           CsvRow("V", "Alpha", "Steel", "8", "700") +
+                           CsvRow("V", "Alpha", "Brass", "2", "2000") +
+                           CsvRow("V", "Alpha", "Steel", "4", "1500"));
+  ASSERT_EQ(b.run.status, 0) << b.run.err;
+  ASSERT_EQ(RunTool({"export", b.out, "--csv", b.dir + "/out.csv"}).status, 0);
+  EXPECT_EQ(ReadText(b.dir + "/out.csv"),
+            std::string(CsvHeader()) + CsvRow("V", "Alpha", "Brass", "2", "2000") +
+                CsvRow("V", "Alpha", "Steel", "4", "1500") +
+                CsvRow("V", "Alpha", "Steel", "8", "700") + CsvRow("V", "Zeta", "Steel", "6", "900"));
+  // The lookup indexes describe the sorted records, so interpolation works.
+  const auto query = RunTool({"query", b.out, "--material", "Steel", "--machine", "Alpha",
+                              "--thickness", "6"});
+  EXPECT_NE(query.out.find("  cut speed           1100  mm/min\n"), std::string::npos)
+      << query.out;
+}
+
+TEST(BuildCsv, Lz4FileAnswersLikeARawOne) {
+  const std::string dir = ScratchDir();
+  const std::string csv = std::string(SPARLANE_SOURCE_DIR) + "/data/cut-charts.csv";
+  ASSERT_EQ(RunTool({"build", dir + "/lz4.slb", "--from-csv", csv, "--lz4"}).status, 0);
+  const std::vector<std::string> query = {"--material", "Stainless steel", "--machine",
+                                          "AIR-65A-SHOP", "--thickness", "5"};
+  auto raw_args = std::vector<std::string>{"query", SamplePath()};
+  auto lz4_args = std::vector<std::string>{"query", dir + "/lz4.slb"};
+  raw_args.insert(raw_args.end(), query.begin(), query.end());
+  lz4_args.insert(lz4_args.end(), query.begin(), query.end());
+  const auto raw = RunTool(raw_args);
+  ASSERT_EQ(raw.status, 0);
+  EXPECT_EQ(raw.out, RunTool(lz4_args).out);
+}

@@ -1,0 +1,73 @@
+// optimal and calc.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "tool_runner.h"
+
+using namespace tooltest;
+
+TEST(Optimal, FastestRecordOfAnyMachine) {
+  const auto run = RunTool({"optimal", SamplePath(), "--material", "Mild steel", "--thickness",
+                            "6", "--tolerance", "0.5"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  ExpectGolden("optimal_mild_steel_6mm.txt", run.out);
+}
+
+TEST(Optimal, MissFailsWithAReason) {
+  const auto run = RunTool({"optimal", SamplePath(), "--material", "Mild steel", "--thickness",
+                            "60", "--tolerance", "0.5"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: no record of Mild steel within 0.5 mm of 60 mm\n");
+}
+
+TEST(Optimal, UnknownMaterialFails) {
+  const auto run =
+      RunTool({"optimal", SamplePath(), "--material", "Brass", "--thickness", "6"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: unknown material: Brass\n");
+}
+
+TEST(Calc, AllCalculatorsOnAnInterpolatedRecord) {
+  const auto run = RunTool({"calc", SamplePath(), "--material", "Mild steel", "--machine",
+                            "AIR-45A", "--thickness", "8"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  ExpectGolden("calc_interpolate_8mm.txt", run.out);
+}
+
+TEST(Calc, CutTimeFollowsLengthSpeedAndPierces) {
+  // The 6.35 mm row: 1219.2 mm/min, 0.6 s pierce.
+  const auto run = RunTool({"calc", SamplePath(), "--material", "Mild steel", "--machine",
+                            "AIR-45A", "--thickness", "6.35", "--exact", "0", "--length",
+                            "2032", "--pierces", "5", "--json"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("\"cut_time\": 100,"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("\"pierce_time\": 3,"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("\"total_time\": 103\n"), std::string::npos) << run.out;
+}
+
+TEST(Calc, InputsChangeTheirCalculators) {
+  const auto run = RunTool({"calc", SamplePath(), "--material", "Mild steel", "--machine",
+                            "AIR-45A", "--thickness", "6.35", "--nearest", "--inside",
+                            "--corner-angle", "20", "--hole-diameter", "1", "--quality",
+                            "precision", "--limit-lead"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("kerf offset (inside cut):\n  offset      -0.7747  mm"),
+            std::string::npos)
+      << run.out;
+  EXPECT_NE(run.out.find("corner slowdown at 20 deg:\n  speed factor            0.344444"),
+            std::string::npos)
+      << run.out;
+  EXPECT_NE(run.out.find("  sharp corner           yes\n"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("small hole of 1 mm:\n  speed factor          0\n"), std::string::npos)
+      << run.out;
+  EXPECT_NE(run.out.find("quality profile (precision):"), std::string::npos);
+  EXPECT_NE(run.out.find("  lead-in length   3.175   mm\n"), std::string::npos) << run.out;
+}
+
+TEST(Calc, MissFailsLikeQuery) {
+  const auto run = RunTool({"calc", SamplePath(), "--material", "Mild steel", "--machine",
+                            "AIR-45A", "--thickness", "8", "--exact", "0"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: no record of Mild steel on AIR-45A within 0 mm of 8 mm\n");
+}

@@ -1,0 +1,41 @@
+// Runs the built slb-tool and captures its exit status, stdout and stderr.
+#ifndef SPARLANE_TESTS_TOOLS_TOOL_RUNNER_H_
+#define SPARLANE_TESTS_TOOLS_TOOL_RUNNER_H_
+
+#include <string>
+#include <vector>
+
+namespace tooltest {
+
+struct ToolRun {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+ToolRun RunTool(const std::vector<std::string>& args);
+
+// The sample database the build makes from data/cut-charts.csv.
+std::string SamplePath();
+
+// A fresh, empty directory for the running test.
+std::string ScratchDir();
+
+std::string ReadText(const std::string& path);
+void WriteText(const std::string& path, const std::string& text);
+bool FileExists(const std::string& path);
+
+// The real-world sample files, or "" when they are not around.
+std::string RealWorldFile(const std::string& name);
+
+// Replaces the rest of every line that starts with one of the prefixes by
+// "<masked>", for output holding dates or timings.
+std::string MaskLines(const std::string& text, const std::vector<std::string>& prefixes);
+
+// Compares text with tests/tools/golden/<name>; with SLB_UPDATE_GOLDEN=1 in
+// the environment the golden file is rewritten instead.
+void ExpectGolden(const std::string& name, const std::string& text);
+
+}  // namespace tooltest
+
+#endif  // SPARLANE_TESTS_TOOLS_TOOL_RUNNER_H_

@@ -1,0 +1,64 @@
+// validate: the whole-file check, the strict record check and the outlier screen.
+#include <gtest/gtest.h>
+
+#include "test_csv.h"
+#include "tool_runner.h"
+
+using namespace tooltest;
+
+namespace {
+
+std::string MaskFirstLine(const std::string& text) {
+  return "<file>" + text.substr(text.find(':'));
+}
+
+}  // namespace
+
+TEST(Validate, SampleIsValidAndListsItsFindings) {
+  const auto run = RunTool({"validate", SamplePath()});
+  EXPECT_EQ(run.status, 0) << run.err;
+  ExpectGolden("validate_sample.txt", MaskFirstLine(run.out));
+}
+
+TEST(Validate, RecordFailingTheStrictCheckIsAFindingNamingTheRule) {
+  const std::string dir = ScratchDir();
+  WriteText(dir + "/in.csv", std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "2", "3000") +
+                                 CsvRow("V", "M", "Steel", "4", "2000", "5"));
+  ASSERT_EQ(RunTool({"build", dir + "/db.slb", "--from-csv", dir + "/in.csv"}).status, 0);
+  const auto run = RunTool({"validate", dir + "/db.slb"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("  record-check: Steel 4 mm on M (V): arc voltage outside 20 to 300 V\n"),
+            std::string::npos)
+      << run.out;
+  EXPECT_NE(run.out.find("\n1 finding\n"), std::string::npos) << run.out;
+  EXPECT_EQ(RunTool({"validate", dir + "/db.slb", "--strict"}).status, 1);
+}
+
+TEST(Validate, OutlierThresholdIsAnOption) {
+  const std::string dir = ScratchDir();
+  std::string csv = CsvHeader();
+  for (int i = 1; i <= 9; ++i) csv += CsvRow("V", "M", "Steel", std::to_string(i), "1000");
+  csv += CsvRow("V", "M", "Steel", "10", "5000");
+  WriteText(dir + "/in.csv", csv);
+  ASSERT_EQ(RunTool({"build", dir + "/db.slb", "--from-csv", dir + "/in.csv"}).status, 0);
+  const auto flagged = RunTool({"validate", dir + "/db.slb"});
+  EXPECT_NE(flagged.out.find("outlier: Steel 10 mm on M (V): cut speed 5000 mm/min"),
+            std::string::npos)
+      << flagged.out;
+  const auto relaxed = RunTool({"validate", dir + "/db.slb", "--threshold", "3.5"});
+  EXPECT_EQ(relaxed.out.find("outlier"), std::string::npos) << relaxed.out;
+}
+
+TEST(Validate, JsonListsFindingsWithRecords) {
+  const auto run = RunTool({"validate", SamplePath(), "--json"});
+  ASSERT_EQ(run.status, 0);
+  EXPECT_NE(run.out.find("\"valid\": true"), std::string::npos);
+  EXPECT_NE(run.out.find("\"kind\": \"outlier\""), std::string::npos);
+}
+
+TEST(Validate, MissingFileFailsWithTheLibraryMessage) {
+  const std::string path = ScratchDir() + "/absent.slb";
+  const auto run = RunTool({"validate", path});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: Failed to open file: " + path + "\n");
+}

@@ -1,0 +1,66 @@
+// optimal FILE --material M --thickness T: the fastest listed record of any
+// machine within a tolerance.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <memory>
+
+#include "catalogue.h"
+#include "commands.h"
+#include "exit_status.h"
+#include "json_writer.h"
+#include "number_format.h"
+#include "record_view.h"
+
+namespace slb {
+namespace {
+
+struct OptimalOptions {
+  std::string file;
+  std::string material;
+  float thickness = 0.0f;
+  float tolerance = 0.5f;
+  bool json = false;
+};
+
+int RunOptimal(const OptimalOptions& options) {
+  Sparlane::Database db;
+  if (!LoadDatabase(db, options.file)) return kExitFailure;
+  const Catalogue catalogue(db);
+  if (!catalogue.MaterialId(options.material)) {
+    return Fail("unknown material: " + options.material);
+  }
+  const auto best = db.FindOptimal(options.material, options.thickness, options.tolerance);
+  if (!best) {
+    return Fail("no record of " + options.material + " within " +
+                FormatNumber(options.tolerance) + " mm of " + FormatNumber(options.thickness) +
+                " mm");
+  }
+  if (options.json) {
+    JsonWriter json;
+    WriteRecordJson(json, *best, catalogue);
+    std::fputs(json.Text().c_str(), stdout);
+  } else {
+    std::printf("fastest record of %s within %s mm of %s mm\n", options.material.c_str(),
+                FormatNumber(options.tolerance).c_str(), FormatNumber(options.thickness).c_str());
+    std::fputs(SettingsTable(*best, catalogue).c_str(), stdout);
+  }
+  return kExitOk;
+}
+
+}  // namespace
+
+void RegisterOptimalCommand(CLI::App& app, int& status) {
+  auto options = std::make_shared<OptimalOptions>();
+  auto* command =
+      app.add_subcommand("optimal", "Fastest record of any machine for a material and thickness");
+  command->add_option("file", options->file, "Parameter file (.slb)")->required();
+  command->add_option("--material", options->material, "Material name")->required();
+  command->add_option("--thickness", options->thickness, "Plate thickness in mm")->required();
+  command->add_option("--tolerance", options->tolerance, "Thickness tolerance in mm")
+      ->capture_default_str()
+      ->check(CLI::NonNegativeNumber);
+  command->add_flag("--json", options->json, "Machine-readable output");
+  command->callback([options, &status] { status = RunOptimal(*options); });
+}
+
+}  // namespace slb

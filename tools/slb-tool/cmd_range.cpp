@@ -1,0 +1,59 @@
+// range FILE --material M [--machine X]: the thickness span covered.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <memory>
+
+#include "commands.h"
+#include "exit_status.h"
+#include "json_writer.h"
+#include "number_format.h"
+
+namespace slb {
+namespace {
+
+struct RangeOptions {
+  std::string file;
+  std::string material;
+  std::string machine;
+  bool json = false;
+};
+
+int RunRange(const RangeOptions& options) {
+  Sparlane::Database db;
+  if (!LoadDatabase(db, options.file)) return kExitFailure;
+  const auto range = db.GetSupportedThicknessRange(options.material, options.machine);
+  const std::string what =
+      options.material + (options.machine.empty() ? "" : " on " + options.machine);
+  if (!range.valid) return Fail("no records of " + what);
+  if (options.json) {
+    JsonWriter json;
+    json.BeginObject();
+    json.Key("material").String(options.material);
+    json.Key("machine");
+    if (options.machine.empty()) json.Null(); else json.String(options.machine);
+    json.Key("min_thickness_mm").Float(range.min_thickness_mm);
+    json.Key("max_thickness_mm").Float(range.max_thickness_mm);
+    json.Key("parameter_count").Integer(range.parameter_count);
+    json.EndObject();
+    std::fputs(json.Text().c_str(), stdout);
+  } else {
+    std::printf("%s: %s to %s mm (%d records)\n", what.c_str(),
+                FormatNumber(range.min_thickness_mm).c_str(),
+                FormatNumber(range.max_thickness_mm).c_str(), range.parameter_count);
+  }
+  return kExitOk;
+}
+
+}  // namespace
+
+void RegisterRangeCommand(CLI::App& app, int& status) {
+  auto options = std::make_shared<RangeOptions>();
+  auto* command = app.add_subcommand("range", "Thickness span covered for a material");
+  command->add_option("file", options->file, "Parameter file (.slb)")->required();
+  command->add_option("--material", options->material, "Material name")->required();
+  command->add_option("--machine", options->machine, "Only this machine model");
+  command->add_flag("--json", options->json, "Machine-readable output");
+  command->callback([options, &status] { status = RunRange(*options); });
+}
+
+}  // namespace slb

@@ -1,0 +1,137 @@
+#include "plasmac_import.h"
+
+#include <map>
+#include <optional>
+#include <set>
+
+#include "text_fields.h"
+
+namespace slb {
+namespace {
+
+struct Block {
+  MaterialEntry entry;
+  std::optional<long> number;
+  std::map<std::string, std::string> values;  // upper-case key -> non-empty value
+};
+
+std::string Upper(std::string_view text) {
+  std::string out(text);
+  for (char& c : out) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return out;
+}
+
+const std::set<std::string>& KnownKeys() {
+  static const std::set<std::string> keys = {
+      "NAME",          "KERF_WIDTH",        "THC",          "PIERCE_HEIGHT", "PIERCE_DELAY",
+      "PUDDLE_JUMP_HEIGHT", "PUDDLE_JUMP_DELAY", "CUT_HEIGHT", "CUT_SPEED",   "CUT_AMPS",
+      "CUT_VOLTS",     "PAUSE_AT_END",      "GAS_PRESSURE", "CUT_MODE",      "THICKNESS"};
+  return keys;
+}
+
+std::optional<double> NumberOf(const Block& block, const char* key,
+                               std::vector<std::string>& warnings) {
+  const auto it = block.values.find(key);
+  if (it == block.values.end()) return std::nullopt;
+  const auto value = ParseNumber(it->second);
+  if (!value) {
+    warnings.push_back(block.entry.Where() + ": " + key + " \"" + it->second +
+                       "\" is not a number; ignored");
+  }
+  return value;
+}
+
+MaterialEntry Finish(Block& block, std::vector<std::string>& warnings) {
+  MaterialEntry entry = block.entry;
+  if (const auto name = block.values.find("NAME"); name != block.values.end()) {
+    entry.name = name->second;
+  }
+  entry.kerf_width = NumberOf(block, "KERF_WIDTH", warnings);
+  entry.pierce_height = NumberOf(block, "PIERCE_HEIGHT", warnings);
+  entry.pierce_delay = NumberOf(block, "PIERCE_DELAY", warnings);
+  entry.cut_height = NumberOf(block, "CUT_HEIGHT", warnings);
+  entry.cut_speed = NumberOf(block, "CUT_SPEED", warnings);
+  entry.cut_amps = NumberOf(block, "CUT_AMPS", warnings);
+  entry.cut_volts = NumberOf(block, "CUT_VOLTS", warnings);
+  entry.thickness = NumberOf(block, "THICKNESS", warnings);
+  const std::pair<const char*, const std::optional<double>*> mandatory[] = {
+      {"PIERCE_HEIGHT", &entry.pierce_height},
+      {"PIERCE_DELAY", &entry.pierce_delay},
+      {"CUT_HEIGHT", &entry.cut_height},
+      {"CUT_SPEED", &entry.cut_speed}};
+  for (const auto& [key, value] : mandatory) {
+    if (!value->has_value()) entry.missing.push_back(key);
+  }
+  return entry;
+}
+
+}  // namespace
+
+bool ReadPlasmacFile(const std::string& path, std::vector<MaterialEntry>& entries,
+                     std::vector<std::string>& warnings) {
+  std::string text;
+  if (!ReadFile(path, text)) return false;
+  if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);  // UTF-8 byte order mark
+  const auto lines = SplitLines(text);
+  std::vector<Block> blocks;
+  std::set<std::string> unknown_keys;
+  bool in_block = false;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const std::string_view line = Trim(lines[i]);
+    const std::size_t line_number = i + 1;
+    if (line.empty() || line.front() == '#' || line.front() == ';') continue;
+    if (line.front() == '[' && line.back() == ']') {
+      const std::string section(Trim(line.substr(1, line.size() - 2)));
+      const std::string upper = Upper(section);
+      in_block = false;
+      if (upper.rfind("VERSION", 0) == 0) continue;  // a format marker, not a material
+      Block block;
+      block.entry.source = path;
+      block.entry.line = line_number;
+      static const std::string kNumbered = "MATERIAL_NUMBER_";
+      if (upper.rfind(kNumbered, 0) == 0) {
+        block.number = static_cast<long>(
+            ParseUnsigned(section.substr(kNumbered.size()), 1u << 30).value_or(0));
+      } else {
+        block.entry.name = section;  // old format: the section names the material
+      }
+      blocks.push_back(std::move(block));
+      in_block = true;
+      continue;
+    }
+    const auto eq = line.find('=');
+    if (!in_block || eq == std::string_view::npos) {
+      warnings.push_back(path + ":" + std::to_string(line_number) + ": line ignored: " +
+                         std::string(line));
+      continue;
+    }
+    const std::string key = Upper(Trim(line.substr(0, eq)));
+    const std::string value(Trim(line.substr(eq + 1)));
+    if (!KnownKeys().count(key) && unknown_keys.insert(key).second) {
+      warnings.push_back(path + ":" + std::to_string(line_number) + ": unknown key " + key +
+                         " ignored");
+    }
+    if (!value.empty()) blocks.back().values[key] = value;  // empty counts as missing
+  }
+
+  // A number given twice: the later block replaces the earlier one.
+  std::map<long, std::size_t> last_of_number;
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
+    if (blocks[i].number) last_of_number[*blocks[i].number] = i;
+  }
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
+    if (blocks[i].number && last_of_number[*blocks[i].number] != i) {
+      const auto& later = blocks[last_of_number[*blocks[i].number]];
+      warnings.push_back(blocks[i].entry.Where() + ": material number " +
+                         std::to_string(*blocks[i].number) + " appears again at line " +
+                         std::to_string(later.entry.line) + "; the later block wins");
+      continue;
+    }
+    entries.push_back(Finish(blocks[i], warnings));
+  }
+  return true;
+}
+
+}  // namespace slb

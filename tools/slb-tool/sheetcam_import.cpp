@@ -1,0 +1,112 @@
+#include "sheetcam_import.h"
+
+#include <map>
+#include <optional>
+
+#include "text_fields.h"
+
+namespace slb {
+namespace {
+
+struct Section {
+  std::string name;
+  std::size_t line = 0;
+  std::map<std::string, std::string> values;  // unescaped key -> value
+};
+
+// Qt settings files escape blanks (and other bytes) in keys with a backslash.
+std::string Unescape(std::string_view key) {
+  std::string out;
+  for (std::size_t i = 0; i < key.size(); ++i) {
+    if (key[i] == '\\' && i + 1 < key.size()) ++i;
+    out += key[i];
+  }
+  return out;
+}
+
+bool IsToolSection(const std::string& name) {
+  if (name.rfind("Tool", 0) != 0 || name.size() == 4) return false;
+  for (std::size_t i = 4; i < name.size(); ++i) {
+    if (name[i] < '0' || name[i] > '9') return false;
+  }
+  return true;
+}
+
+std::optional<double> FirstNumber(const Section& section, std::initializer_list<const char*> keys,
+                                  const std::string& where, std::vector<std::string>& warnings) {
+  for (const char* key : keys) {
+    const auto it = section.values.find(key);
+    if (it == section.values.end() || Trim(it->second).empty()) continue;
+    const auto value = ParseNumber(it->second);
+    if (!value) {
+      warnings.push_back(where + ": " + key + " \"" + it->second + "\" is not a number; ignored");
+    }
+    return value;
+  }
+  return std::nullopt;
+}
+
+MaterialEntry ToEntry(const std::string& path, const Section& s,
+                      std::vector<std::string>& warnings) {
+  MaterialEntry e;
+  e.source = path;
+  e.line = s.line;
+  const std::string where = e.Where();
+  if (const auto name = s.values.find("Name"); name != s.values.end()) e.name = name->second;
+  e.kerf_width = FirstNumber(s, {"Kerf width"}, where, warnings);
+  e.pierce_height = FirstNumber(s, {"Pierce height"}, where, warnings);
+  e.pierce_delay = FirstNumber(s, {"Pierce delay"}, where, warnings);
+  e.cut_height = FirstNumber(s, {"Cut height"}, where, warnings);
+  e.cut_speed = FirstNumber(s, {"Feed rate"}, where, warnings);
+  e.cut_amps = FirstNumber(s, {"Cut current", "Preset current", "Tip Size -Amps"}, where,
+                           warnings);
+  e.cut_volts = FirstNumber(s, {"Cut voltage", "Preset volts"}, where, warnings);
+  const std::pair<const char*, const std::optional<double>*> mandatory[] = {
+      {"Pierce height", &e.pierce_height},
+      {"Pierce delay", &e.pierce_delay},
+      {"Cut height", &e.cut_height},
+      {"Feed rate", &e.cut_speed}};
+  for (const auto& [key, value] : mandatory) {
+    if (!value->has_value()) e.missing.push_back(key);
+  }
+  return e;
+}
+
+}  // namespace
+
+bool ReadSheetcamFile(const std::string& path, std::vector<MaterialEntry>& entries,
+                      std::vector<std::string>& warnings) {
+  std::string text;
+  if (!ReadFile(path, text)) return false;
+  if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);
+  const auto lines = SplitLines(text);
+  std::vector<Section> sections;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const std::string_view line = Trim(lines[i]);
+    if (line.empty() || line.front() == ';' || line.front() == '#') continue;
+    if (line.front() == '[' && line.back() == ']') {
+      sections.push_back({std::string(Trim(line.substr(1, line.size() - 2))), i + 1, {}});
+      continue;
+    }
+    const auto eq = line.find('=');
+    if (sections.empty() || eq == std::string_view::npos) continue;
+    sections.back().values[Unescape(Trim(line.substr(0, eq)))] =
+        std::string(Trim(line.substr(eq + 1)));
+  }
+  std::size_t tools = 0;
+  for (const auto& s : sections) {
+    // Custom sections hold a post processor's own parameter definitions.
+    if (!IsToolSection(s.name) || s.name.find("Custom") != std::string::npos) continue;
+    ++tools;
+    const auto type = s.values.find("Type");
+    if (type == s.values.end() || type->second != "PlasmaTool") continue;
+    entries.push_back(ToEntry(path, s, warnings));
+  }
+  if (entries.empty()) {
+    warnings.push_back(path + ": no plasma tools (Type=PlasmaTool) among " +
+                       std::to_string(tools) + " tool sections");
+  }
+  return true;
+}
+
+}  // namespace slb

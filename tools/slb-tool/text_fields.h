@@ -1,0 +1,32 @@
+// Small text helpers shared by the importers.
+#ifndef SLB_TOOL_TEXT_FIELDS_H_
+#define SLB_TOOL_TEXT_FIELDS_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace slb {
+
+std::string_view Trim(std::string_view text);
+
+// ASCII lower case; other bytes (UTF-8 included) are kept.
+std::string Lower(std::string_view text);
+
+// A whole field as a number in the C locale ("1", "2.5", "2.4e-17", "nan").
+// Surrounding blanks are allowed; anything else is not.
+std::optional<double> ParseNumber(std::string_view text);
+std::optional<float> ParseFloat(std::string_view text);
+std::optional<std::uint64_t> ParseUnsigned(std::string_view text, std::uint64_t max);
+
+// Reads a whole file; false when it cannot be read.
+bool ReadFile(const std::string& path, std::string& contents);
+
+// Splits into lines at LF, dropping a CR before it.
+std::vector<std::string> SplitLines(const std::string& text);
+
+}  // namespace slb
+
+#endif  // SLB_TOOL_TEXT_FIELDS_H_
