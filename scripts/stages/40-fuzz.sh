@@ -4,6 +4,8 @@
 # report fails the stage.
 set -euo pipefail
 . "$(dirname "$0")/../common.sh"
+# libFuzzer and the sanitizer runtimes are not pulled in by clang itself.
+"$ROOT/scripts/ensure-packages.sh" clang libclang-rt-dev
 dir="$BUILD_ROOT/fuzz"
 seconds="${SPARLANE_FUZZ_SECONDS:-60}"
 cmake -S "$ROOT" -B "$dir" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \

@@ -29,27 +29,28 @@ bool SpanFits(std::uint64_t first, std::uint64_t count, std::uint64_t record_cou
 }
 
 ErrorCode CheckRecord(DatabaseImpl& impl, const CuttingParameter& p, std::size_t i) {
-  const std::string where = " in parameter " + std::to_string(i);
+  // Built only for a finding: a passing record costs no allocation.
+  auto where = [i] { return " in parameter " + std::to_string(i); };
   if (IdOutOfTable(p.vendor_id, impl.vendors.size())) {
     return impl.Fail(ErrorCode::InvalidData,
-                     "Invalid vendor_id " + std::to_string(p.vendor_id) + where);
+                     "Invalid vendor_id " + std::to_string(p.vendor_id) + where());
   }
   if (IdOutOfTable(p.machine_model_id, impl.machines.size())) {
     return impl.Fail(ErrorCode::InvalidData,
-                     "Invalid machine_model_id " + std::to_string(p.machine_model_id) + where);
+                     "Invalid machine_model_id " + std::to_string(p.machine_model_id) + where());
   }
   if (IdOutOfTable(p.material_id, impl.materials.size())) {
     return impl.Fail(ErrorCode::InvalidData,
-                     "Invalid material_id " + std::to_string(p.material_id) + where);
+                     "Invalid material_id " + std::to_string(p.material_id) + where());
   }
   if (HasNonFiniteCoreField(p)) {
-    return impl.Fail(ErrorCode::InvalidData, "Invalid float value (NaN or Inf)" + where);
+    return impl.Fail(ErrorCode::InvalidData, "Invalid float value (NaN or Inf)" + where());
   }
   if (!(p.thickness_mm > 0.0f) || p.thickness_mm > 500.0f) {
-    return impl.Fail(ErrorCode::InvalidData, "Thickness out of range" + where);
+    return impl.Fail(ErrorCode::InvalidData, "Thickness out of range" + where());
   }
   if (!(p.cut_speed_mm_min > 0.0f) || p.cut_speed_mm_min > 100000.0f) {
-    return impl.Fail(ErrorCode::InvalidData, "Cut speed out of range" + where);
+    return impl.Fail(ErrorCode::InvalidData, "Cut speed out of range" + where());
   }
   return ErrorCode::Success;
 }

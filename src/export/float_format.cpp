@@ -1,69 +1,63 @@
 // Six significant digits of a float, fast.
 //
-// The shortest decimal D that reads back as a normal float f lies within
-// half an ulp of f, and an ulp of a normal float (at most 2^-23 of it) is
-// far below half a step of the six-digit grid (at least 10^-6 of it).  So:
-//  - D with at most six digits is exactly f rounded to six digits;
-//  - D with more digits rounds to the same six digits as f, unless D is
-//    itself the midpoint between two six-digit neighbours (seven digits
-//    ending in 5): then f may lie on either side and the exact rounding
-//    decides.
-// Zero, subnormals, infinities, NaNs and that one midpoint case take the
-// exact conversion.  Both conversions are locale-independent.
+// A normal float is exactly m * 2^e (m below 2^24).  For 1e-5 <= |f| < 1e7
+// the six-digit rounding q = round(f * 10^(5 - k)), k = floor(log10 |f|),
+// is computed exactly as a quotient of two 64-bit integers and rounded half
+// to even, as printf rounds the exact binary value.  Everything else (zero,
+// subnormals, huge or tiny magnitudes, infinities, NaNs) takes the standard
+// conversion.  Both paths are locale-independent.
 #include "export/float_format.h"
 
 #include <charconv>
-#include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace Sparlane {
 namespace {
 
+constexpr int kMinExponent = -5;  // fast path: 1e-5 <= |f| < 1e7
+constexpr int kMaxExponent = 6;
+
+constexpr std::uint64_t kPow10[] = {1ull,        10ull,        100ull,       1000ull,
+                                    10000ull,    100000ull,    1000000ull,   10000000ull,
+                                    100000000ull, 1000000000ull, 10000000000ull};
+// Rough decade thresholds to pick k; the exact test follows.
+constexpr double kDecadeStart[] = {1e-5, 1e-4, 1e-3, 1e-2, 1e-1, 1e0,
+                                   1e1,  1e2,  1e3,  1e4,  1e5,  1e6, 1e7};
+
 char* FormatExact(float value, char* out) {
   return std::to_chars(out, out + kFormattedFloatMax, value, std::chars_format::general, 6).ptr;
 }
 
-// Six significant digits and a decimal exponent: value = d.ddddd * 10^exponent.
-struct SixDigits {
-  char digits[8];
-  int count;  // 1 to 6, no trailing zeros
-  int exponent;
+// m * 2^e * 10^(5 - k) as numerator / denominator.
+struct Fraction {
+  std::uint64_t numerator;
+  std::uint64_t denominator;
 };
 
-// Rounds the shortest scientific form to six digits; false when it is a
-// six-digit midpoint.
-bool RoundShortest(const char* begin, const char* end, SixDigits* r) {
-  char all[12];
-  int n = 0;
-  const char* p = begin;
-  for (; p < end && *p != 'e'; ++p) {
-    if (*p != '.') all[n++] = *p;
+Fraction Scaled(std::uint32_t m, int e, int k) {
+  const int p = 5 - k;  // -1 to 10
+  std::uint64_t num = m;
+  std::uint64_t den = 1;
+  if (p >= 0) {
+    num *= kPow10[p];
+  } else {
+    den = kPow10[-p];
   }
-  int exponent = 0;
-  std::from_chars(p + 1 + (p[1] == '+'), end, exponent);
-
-  if (n > 6) {
-    if (n == 7 && all[6] == '5') return false;
-    const bool up = all[6] >= '5';
-    n = 6;
-    if (up) {
-      int i = 5;
-      while (i >= 0 && all[i] == '9') all[i--] = '0';
-      if (i < 0) {
-        all[0] = '1';
-        n = 1;
-        ++exponent;
-      } else {
-        ++all[i];
-      }
-    }
+  if (e >= 0) {
+    num <<= e;
+  } else {
+    den <<= -e;
   }
-  while (n > 1 && all[n - 1] == '0') --n;
-  std::memcpy(r->digits, all, static_cast<std::size_t>(n));
-  r->count = n;
-  r->exponent = exponent;
-  return true;
+  return {num, den};
 }
+
+// Digits of value = d.ddddd * 10^exponent, trailing zeros dropped.
+struct SixDigits {
+  char digits[8];
+  int count;
+  int exponent;
+};
 
 char* PutExponentForm(const SixDigits& d, char* out) {
   *out++ = d.digits[0];
@@ -98,23 +92,59 @@ char* PutFixedForm(const SixDigits& d, char* out) {
   return out;
 }
 
+// False when |value| lies outside the fast path's range.
+bool RoundToSixDigits(std::uint32_t bits, SixDigits* d) {
+  const int biased = static_cast<int>((bits >> 23) & 0xFFu);
+  if (biased == 0 || biased == 0xFF) return false;  // zero, subnormal, inf, NaN
+  const std::uint32_t m = (bits & 0x7FFFFFu) | 0x800000u;
+  const int e = biased - 150;
+
+  float magnitude;
+  const std::uint32_t abs_bits = bits & 0x7FFFFFFFu;
+  std::memcpy(&magnitude, &abs_bits, sizeof magnitude);
+  if (magnitude < kDecadeStart[0] || magnitude >= kDecadeStart[12]) return false;
+  int k = kMinExponent;
+  while (k < kMaxExponent && magnitude >= kDecadeStart[k - kMinExponent + 1]) ++k;
+
+  // Settle k exactly: 10^5 <= f * 10^(5 - k) < 10^6.
+  Fraction f = Scaled(m, e, k);
+  std::uint64_t q = f.numerator / f.denominator;
+  if (q < 100000u) {
+    if (--k < kMinExponent) return false;
+    f = Scaled(m, e, k);
+    q = f.numerator / f.denominator;
+  } else if (q >= 1000000u) {
+    if (++k > kMaxExponent) return false;
+    f = Scaled(m, e, k);
+    q = f.numerator / f.denominator;
+  }
+  const std::uint64_t twice_rest = 2 * (f.numerator - q * f.denominator);
+  if (twice_rest > f.denominator || (twice_rest == f.denominator && (q & 1u) != 0)) ++q;
+  if (q == 1000000u) {
+    q = 100000u;
+    ++k;
+  }
+
+  for (int i = 5; i >= 0; --i) {
+    d->digits[i] = static_cast<char>('0' + q % 10);
+    q /= 10;
+  }
+  d->count = 6;
+  while (d->count > 1 && d->digits[d->count - 1] == '0') --d->count;
+  d->exponent = k;
+  return true;
+}
+
 }  // namespace
 
 char* FormatFloatGeneral6(float value, char* out) {
-  if (!std::isnormal(value)) return FormatExact(value, out);
-
-  char shortest[kFormattedFloatMax + 8];
-  const std::to_chars_result s =
-      std::to_chars(shortest, shortest + sizeof shortest, value, std::chars_format::scientific);
-  const char* begin = shortest;
-  const bool negative = *begin == '-';
-  if (negative) ++begin;
-
+  std::uint32_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
   SixDigits d;
-  if (!RoundShortest(begin, s.ptr, &d)) return FormatExact(value, out);
-
-  if (negative) *out++ = '-';
-  // The general format's rule: exponent form below 1e-4 and from 1e6 up.
+  if (!RoundToSixDigits(bits, &d)) return FormatExact(value, out);
+  if ((bits >> 31) != 0) *out++ = '-';
+  // The general format's rule: exponent form below 1e-4 and from 1e6 up,
+  // judged on the rounded value.
   if (d.exponent < -4 || d.exponent >= 6) return PutExponentForm(d, out);
   return PutFixedForm(d, out);
 }

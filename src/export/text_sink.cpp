@@ -1,18 +1,17 @@
 #include "export/text_sink.h"
 
-#include "export/float_format.h"
-
 #include <charconv>
 #include <cstring>
 #include <locale>
 
+#include "export/float_format.h"
+
 namespace Sparlane {
 
-// The classic locale with default stream flags formats a float exactly as
-// printf("%.6g") does in the "C" locale (FormatFloatGeneral6), and an
-// integer as std::to_chars does.
-// Any other locale (decimal comma, digit grouping, custom facets) goes
-// through the locale itself.
+// Under the classic locale and default flags a stream writes a float as
+// printf("%.6g") does in the "C" locale (FormatFloatGeneral6) and an integer
+// as std::to_chars does.  Any other locale (decimal comma, digit grouping,
+// custom facets) is honoured by formatting through the locale itself.
 TextSink::TextSink(std::ostream& out)
     : out_(out),
       classic_numbers_(out.getloc() == std::locale::classic() &&

@@ -60,16 +60,15 @@ ImportFailure RequireTable(const SqliteSource& source, const std::string& table,
 // AddMaterial check names, so that the list round-trips through a file.
 ImportFailure ReadNameRow(sqlite3_stmt* stmt, const std::string& table, std::int64_t expected_id,
                           std::unordered_set<std::string>& seen, std::string* name) {
+  if (expected_id > kMaxNameRows) return Invalid("table " + table + " has more than 65535 rows");
   std::int64_t id = 0;
   std::string why = ReadInteger(stmt, 0, "id", INT64_MIN, INT64_MAX, &id);
   if (!why.empty()) return RowFailure(table, expected_id, why);
   if (id != expected_id) {
-    if (expected_id > kMaxNameRows) return Invalid("table " + table + " has more than 65535 rows");
     return Invalid("table " + table + ": ids must run 1, 2, 3, ... without gaps; found id " +
                    std::to_string(id) + " where " + std::to_string(expected_id) +
                    " was expected");
   }
-  if (id > kMaxNameRows) return Invalid("table " + table + " has more than 65535 rows");
   why = ReadText(stmt, 1, "name", name);
   if (!why.empty()) return RowFailure(table, id, why);
   if (name->empty()) return RowFailure(table, id, "name is empty");
@@ -147,9 +146,11 @@ ImportFailure ReadParameters(const SqliteSource& source, DatabaseImpl& staged) {
       std::vector<std::string>(std::begin(kParameterColumns), std::end(kParameterColumns)));
   if (failure.failed()) return failure;
   SqliteStatement probe;
-  if (source.Prepare("SELECT rowid FROM \"parameters\" LIMIT 0", &probe).failed()) {
+  failure = source.Prepare("SELECT rowid FROM \"parameters\" LIMIT 0", &probe);
+  if (failure.code == ErrorCode::InvalidData) {
     return Invalid("table parameters has no rowid (WITHOUT ROWID tables are not supported)");
   }
+  if (failure.failed()) return failure;
   SqliteStatement stmt;
   failure = source.Prepare(ParameterQuery(), &stmt);
   if (failure.failed()) return failure;

@@ -161,7 +161,9 @@ std::string ReadInteger(sqlite3_stmt* stmt, int col, const char* name, std::int6
     default:
       return "column " + column + " is not an integer";
   }
-  if (value < lo || value > hi) return "column " + column + " out of range: " + std::to_string(value);
+  if (value < lo || value > hi) {
+    return "column " + column + " out of range: " + std::to_string(value);
+  }
   *out = value;
   return "";
 }

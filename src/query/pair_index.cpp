@@ -1,6 +1,5 @@
 #include "query/pair_index.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "store/database_impl.h"
@@ -13,76 +12,90 @@ RecordKey KeyOf(const CuttingParameter& r) {
   return RecordKey{r.material_id, r.machine_model_id, r.thickness_mm, r.cut_speed_mm_min};
 }
 
-// Stable counting sort of `order` by a 16-bit id of each position's record.
-// Returns the positions grouped by id; within an id they keep their order.
-// starts[id] is where id's group begins; the counts cover ids up to the
-// largest present, so small tables need small arrays.
+std::uint32_t MaterialOf(const RecordKey& k) { return k.material_id; }
+std::uint32_t PairOf(const RecordKey& k) { return PairKey(k.material_id, k.machine_model_id); }
+
+PositionGroup& AddGroup(PositionGroups& kind, std::uint32_t id) {
+  kind.ids.Insert(id, static_cast<std::uint32_t>(kind.groups.size()));
+  kind.groups.emplace_back();
+  return kind.groups.back();
+}
+
+// A table already grouped by id: each run of equal ids is one group, and
+// the positions need no array of their own.
 template <typename IdOf>
-std::vector<std::uint32_t> StableGroupBy(const std::vector<std::uint32_t>& order, IdOf id_of,
-                                         std::vector<std::uint32_t>& starts) {
-  std::size_t id_limit = 0;
-  for (std::uint32_t pos : order) id_limit = std::max<std::size_t>(id_limit, id_of(pos) + 1u);
-  starts.assign(id_limit + 1, 0);
-  for (std::uint32_t pos : order) ++starts[id_of(pos) + 1u];
-  for (std::size_t id = 0; id < id_limit; ++id) starts[id + 1] += starts[id];
-  std::vector<std::uint32_t> next(starts.begin(), starts.end() - 1);
-  std::vector<std::uint32_t> grouped(order.size());
-  for (std::uint32_t pos : order) grouped[next[id_of(pos)]++] = pos;
-  return grouped;
-}
-
-void BuildGroups(const std::vector<CuttingParameter>& records, PairIndex& index) {
-  const std::size_t n = records.size();
-  std::vector<std::uint32_t> ascending(n);
-  for (std::size_t pos = 0; pos < n; ++pos) ascending[pos] = static_cast<std::uint32_t>(pos);
-
-  auto material_of = [&](std::uint32_t pos) { return records[pos].material_id; };
-  auto machine_of = [&](std::uint32_t pos) { return records[pos].machine_model_id; };
-
-  std::vector<std::uint32_t> starts;
-  index.material_positions = StableGroupBy(ascending, material_of, starts);
-  for (std::size_t id = 0; id + 1 < starts.size(); ++id) {
-    const std::uint32_t count = starts[id + 1] - starts[id];
-    if (count == 0) continue;
-    PositionGroup& g = index.materials[static_cast<std::uint16_t>(id)];
-    g.start = starts[id];
-    g.count = count;
-    g.first_position = index.material_positions[g.start];
-  }
-
-  // By machine, then stably by material: grouped by (material, machine) with
-  // positions still ascending inside each pair.
-  std::vector<std::uint32_t> by_machine = StableGroupBy(ascending, machine_of, starts);
-  ascending = std::vector<std::uint32_t>();
-  index.pair_positions = StableGroupBy(by_machine, material_of, starts);
-
-  const std::vector<std::uint32_t>& grouped = index.pair_positions;
-  std::size_t i = 0;
-  while (i < n) {
-    const CuttingParameter& r = records[grouped[i]];
-    const std::uint32_t key = PairKey(r.material_id, r.machine_model_id);
-    std::size_t end = i + 1;
-    while (end < n && PairKey(records[grouped[end]].material_id,
-                              records[grouped[end]].machine_model_id) == key) {
-      ++end;
-    }
-    PositionGroup& g = index.pairs[key];
-    g.start = static_cast<std::uint32_t>(i);
-    g.count = static_cast<std::uint32_t>(end - i);
-    g.first_position = grouped[i];
-    i = end;
+void GroupRuns(const std::vector<RecordKey>& keys, IdOf id_of, PositionGroups& kind) {
+  const std::size_t n = keys.size();
+  std::size_t begin = 0;
+  while (begin < n) {
+    const std::uint32_t id = id_of(keys[begin]);
+    std::size_t end = begin + 1;
+    while (end < n && id_of(keys[end]) == id) ++end;
+    PositionGroup& g = AddGroup(kind, id);
+    g.start = static_cast<std::uint32_t>(begin);
+    g.count = static_cast<std::uint32_t>(end - begin);
+    g.first_position = static_cast<std::uint32_t>(begin);
+    begin = end;
   }
 }
 
-bool TableInPairOrder(const std::vector<CuttingParameter>& records) {
-  for (std::size_t pos = 1; pos < records.size(); ++pos) {
-    const CuttingParameter& a = records[pos - 1];
-    const CuttingParameter& b = records[pos];
-    if (PairKey(b.material_id, b.machine_model_id) < PairKey(a.material_id, a.machine_model_id)) {
-      return false;
-    }
+// Any other table: (id << 32 | position) sorted by id with two stable
+// 16-bit counting passes, so positions stay ascending within an id.
+template <typename IdOf>
+void GroupSorted(const std::vector<RecordKey>& keys, IdOf id_of, PositionGroups& kind) {
+  const std::size_t n = keys.size();
+  std::vector<std::uint64_t> items(n);
+  std::uint32_t largest = 0;
+  for (std::size_t pos = 0; pos < n; ++pos) {
+    const std::uint32_t id = id_of(keys[pos]);
+    if (id > largest) largest = id;
+    items[pos] = (static_cast<std::uint64_t>(id) << 32) | pos;
   }
-  return true;
+  std::vector<std::uint64_t> scratch(n);
+  for (int shift : {32, 48}) {
+    if (shift == 48 && largest <= 0xFFFF) break;  // no high digit to sort by
+    std::vector<std::uint32_t> next(65537, 0);
+    for (std::uint64_t item : items) ++next[((item >> shift) & 0xFFFF) + 1];
+    for (std::size_t d = 0; d < 65536; ++d) next[d + 1] += next[d];
+    for (std::uint64_t item : items) scratch[next[(item >> shift) & 0xFFFF]++] = item;
+    items.swap(scratch);
+  }
+  kind.grouped.resize(n);
+  std::size_t begin = 0;
+  while (begin < n) {
+    const std::uint32_t id = static_cast<std::uint32_t>(items[begin] >> 32);
+    std::size_t end = begin;
+    for (; end < n && static_cast<std::uint32_t>(items[end] >> 32) == id; ++end) {
+      kind.grouped[end] = static_cast<std::uint32_t>(items[end]);
+    }
+    PositionGroup& g = AddGroup(kind, id);
+    g.start = static_cast<std::uint32_t>(begin);
+    g.count = static_cast<std::uint32_t>(end - begin);
+    g.first_position = kind.grouped[end - 1];
+    begin = end;
+  }
+}
+
+template <typename IdOf>
+void BuildGroups(const std::vector<RecordKey>& keys, IdOf id_of, bool in_order,
+                 PositionGroups& kind) {
+  if (in_order) {
+    GroupRuns(keys, id_of, kind);
+  } else {
+    GroupSorted(keys, id_of, kind);
+  }
+}
+
+void Append(PositionGroups& kind, std::uint32_t id, std::uint32_t pos) {
+  const std::uint32_t index = kind.ids.Find(id);
+  PositionGroup& g = index == FlatIdMap::kAbsent ? AddGroup(kind, id) : kind.groups[index];
+  if (g.size() == 0) g.first_position = pos;
+  g.appended.push_back(pos);
+}
+
+const PositionGroup* Find(const PositionGroups& kind, std::uint32_t id) {
+  const std::uint32_t index = kind.ids.Find(id);
+  return index == FlatIdMap::kAbsent ? nullptr : &kind.groups[index];
 }
 
 }  // namespace
@@ -91,42 +104,48 @@ void ClearPairIndex(DatabaseImpl& impl) { impl.pair_index = PairIndex(); }
 
 void RebuildPairIndex(DatabaseImpl& impl) {
   PairIndex& index = impl.pair_index;
+  std::vector<RecordKey> keys = std::move(index.keys);  // reuse its memory
+  keys.clear();
   index = PairIndex();
   const std::vector<CuttingParameter>& records = impl.parameters;
   // Positions are held in 32 bits; a larger table is simply scanned.
-  if (records.size() > std::numeric_limits<std::uint32_t>::max()) {
+  if (records.size() >= std::numeric_limits<std::uint32_t>::max()) {
     index.usable = false;
     return;
   }
-  BuildGroups(records, index);
-  index.keys.reserve(records.size());
-  for (const CuttingParameter& r : records) index.keys.push_back(KeyOf(r));
-  index.covered = records.size();
-  index.pair_ordered = TableInPairOrder(records);
-  if (!records.empty()) {
-    const CuttingParameter& last = records.back();
-    index.last_pair_key = PairKey(last.material_id, last.machine_model_id);
+  keys.reserve(records.size());
+  bool material_ordered = true;
+  bool pair_ordered = true;
+  std::uint32_t previous_pair = 0;
+  for (const CuttingParameter& r : records) {
+    const RecordKey k = KeyOf(r);
+    const std::uint32_t pair = PairOf(k);
+    material_ordered = material_ordered && (previous_pair >> 16) <= k.material_id;
+    pair_ordered = pair_ordered && previous_pair <= pair;
+    previous_pair = pair;
+    keys.push_back(k);
   }
+  index.keys = std::move(keys);
+  BuildGroups(index.keys, MaterialOf, material_ordered, index.materials);
+  BuildGroups(index.keys, PairOf, pair_ordered, index.pairs);
+  index.pair_ordered = pair_ordered;
+  index.covered = records.size();
 }
 
 void PairIndexAppended(DatabaseImpl& impl) {
   PairIndex& index = impl.pair_index;
   const std::size_t size = impl.parameters.size();
   if (!index.usable || size == 0 || size - 1 != index.covered ||
-      size - 1 >= std::numeric_limits<std::uint32_t>::max()) {
+      size >= std::numeric_limits<std::uint32_t>::max()) {
     index.usable = false;
     return;
   }
   const auto pos = static_cast<std::uint32_t>(size - 1);
-  const CuttingParameter& r = impl.parameters[pos];
-  const std::uint32_t key = PairKey(r.material_id, r.machine_model_id);
-  index.keys.push_back(KeyOf(r));
-  for (PositionGroup* g : {&index.materials[r.material_id], &index.pairs[key]}) {
-    if (g->size() == 0) g->first_position = pos;
-    g->appended.push_back(pos);
-  }
-  if (pos > 0 && key < index.last_pair_key) index.pair_ordered = false;
-  index.last_pair_key = key;
+  const RecordKey k = KeyOf(impl.parameters[pos]);
+  if (pos > 0 && PairOf(k) < PairOf(index.keys.back())) index.pair_ordered = false;
+  index.keys.push_back(k);
+  Append(index.materials, MaterialOf(k), pos);
+  Append(index.pairs, PairOf(k), pos);
   index.covered = size;
 }
 
@@ -135,14 +154,12 @@ bool PairIndexCurrent(const DatabaseImpl& impl) {
 }
 
 const PositionGroup* FindMaterialGroup(const PairIndex& index, std::uint16_t material_id) {
-  auto it = index.materials.find(material_id);
-  return it == index.materials.end() ? nullptr : &it->second;
+  return Find(index.materials, material_id);
 }
 
 const PositionGroup* FindPairGroup(const PairIndex& index, std::uint16_t material_id,
                                    std::uint16_t machine_id) {
-  auto it = index.pairs.find(PairKey(material_id, machine_id));
-  return it == index.pairs.end() ? nullptr : &it->second;
+  return Find(index.pairs, PairKey(material_id, machine_id));
 }
 
 }  // namespace Sparlane

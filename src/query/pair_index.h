@@ -1,17 +1,19 @@
 // Positions of each material's and each (material, machine) pair's records,
-// in table order, and a compact copy of every record's search fields.  The full-table queries visit only these positions instead
-// of the whole table; the result is the same because each list holds exactly
-// the matching positions, ascending.  The store keeps the lists current:
-// every rebuild of the record indexes rebuilds them, every append extends
-// them, Create clears them.  A table changed any other way (size differs from
-// what was indexed) makes the queries fall back to scanning.
+// in table order, and a compact copy of every record's search fields.  The
+// full-table queries visit only these positions instead of the whole table;
+// the result is the same because each list holds exactly the matching
+// positions, ascending.  The store keeps the lists current: every rebuild of
+// the record indexes rebuilds them, every append extends them, Create clears
+// them.  A table changed any other way (size differs from what was indexed)
+// makes the queries fall back to scanning.
 #ifndef SPARLANE_QUERY_PAIR_INDEX_H_
 #define SPARLANE_QUERY_PAIR_INDEX_H_
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
+
+#include "query/flat_id_map.h"
 
 namespace Sparlane {
 
@@ -27,10 +29,10 @@ struct RecordKey {
   float cut_speed_mm_min;
 };
 
-// One material's or pair's positions: a run of a grouped array built at the
-// last rebuild, then the positions appended since (all larger).
+// One material's or pair's positions: `count` positions indexed at the last
+// rebuild, then the positions appended since (all larger).
 struct PositionGroup {
-  std::uint32_t start = 0;
+  std::uint32_t start = 0;           // offset of the run in the grouped array
   std::uint32_t count = 0;
   std::uint32_t first_position = 0;  // smallest table position of the group
   std::vector<std::uint32_t> appended;
@@ -38,16 +40,21 @@ struct PositionGroup {
   std::size_t size() const { return count + appended.size(); }
 };
 
+// Groups of one kind (materials, or pairs).  When the table was already
+// grouped at the rebuild, each run is contiguous and `grouped` stays empty.
+struct PositionGroups {
+  FlatIdMap ids;  // material id or pair key -> index into `groups`
+  std::vector<PositionGroup> groups;
+  std::vector<std::uint32_t> grouped;
+};
+
 struct PairIndex {
-  std::vector<RecordKey> keys;                    // one per table position
-  std::vector<std::uint32_t> material_positions;  // grouped by material
-  std::vector<std::uint32_t> pair_positions;      // grouped by (material, machine)
-  std::unordered_map<std::uint16_t, PositionGroup> materials;
-  std::unordered_map<std::uint32_t, PositionGroup> pairs;
-  std::size_t covered = 0;         // table positions [0, covered) are listed
-  bool usable = true;              // false once an append arrived out of step
-  bool pair_ordered = true;        // table ascending by (material, machine)
-  std::uint32_t last_pair_key = 0; // key of the record at covered - 1
+  std::vector<RecordKey> keys;  // one per table position
+  PositionGroups materials;
+  PositionGroups pairs;
+  std::size_t covered = 0;          // table positions [0, covered) are listed
+  bool usable = true;               // false once an append arrived out of step
+  bool pair_ordered = true;         // table ascending by (material, machine)
 };
 
 inline std::uint32_t PairKey(std::uint16_t material_id, std::uint16_t machine_id) {
@@ -69,27 +76,17 @@ const PositionGroup* FindMaterialGroup(const PairIndex& index, std::uint16_t mat
 const PositionGroup* FindPairGroup(const PairIndex& index, std::uint16_t material_id,
                                    std::uint16_t machine_id);
 
-// Visits the group's positions in table order.  In a table in pair order a
-// pair's positions are one contiguous run, so they need not be read.
+// Visits the group's positions in table order.
 template <typename Visit>
-void ForEachPairPosition(const PairIndex& index, const PositionGroup& group, Visit&& visit);
-
-template <typename Visit>
-void ForEachPosition(const std::vector<std::uint32_t>& grouped, const PositionGroup& group,
-                     Visit&& visit) {
-  const std::uint32_t* run = grouped.data() + group.start;
-  for (std::uint32_t i = 0; i < group.count; ++i) visit(run[i]);
-  for (std::uint32_t pos : group.appended) visit(pos);
-}
-
-template <typename Visit>
-void ForEachPairPosition(const PairIndex& index, const PositionGroup& group, Visit&& visit) {
-  if (!index.pair_ordered) {
-    ForEachPosition(index.pair_positions, group, visit);
-    return;
+void ForEachPosition(const PositionGroups& kind, const PositionGroup& group, Visit&& visit) {
+  if (kind.grouped.empty()) {
+    const std::uint32_t end = group.first_position + group.count;
+    for (std::uint32_t pos = group.first_position; pos < end; ++pos) visit(pos);
+  } else {
+    const std::uint32_t* run = kind.grouped.data() + group.start;
+    for (std::uint32_t i = 0; i < group.count; ++i) visit(run[i]);
   }
-  const std::uint32_t end = group.first_position + static_cast<std::uint32_t>(group.size());
-  for (std::uint32_t pos = group.first_position; pos < end; ++pos) visit(pos);
+  for (std::uint32_t pos : group.appended) visit(pos);
 }
 
 }  // namespace Sparlane

@@ -118,8 +118,7 @@ void ForEachOfMaterial(const DatabaseImpl& impl, std::uint16_t material_id, Visi
     const PairIndex& index = impl.pair_index;
     const PositionGroup* group = FindMaterialGroup(index, material_id);
     if (group == nullptr) return;
-    ForEachPosition(index.material_positions, *group,
-                    [&](std::uint32_t pos) { visit(pos, index.keys[pos]); });
+    ForEachPosition(index.materials, *group, [&](std::uint32_t pos) { visit(pos, index.keys[pos]); });
     return;
   }
   const std::vector<CuttingParameter>& records = impl.parameters;
@@ -136,7 +135,7 @@ void ForEachOfPair(const DatabaseImpl& impl, std::uint16_t material_id, std::uin
     const PairIndex& index = impl.pair_index;
     const PositionGroup* group = FindPairGroup(index, material_id, machine_id);
     if (group == nullptr) return;
-    ForEachPairPosition(index, *group, [&](std::uint32_t pos) { visit(pos, index.keys[pos]); });
+    ForEachPosition(index.pairs, *group, [&](std::uint32_t pos) { visit(pos, index.keys[pos]); });
     return;
   }
   const std::vector<CuttingParameter>& records = impl.parameters;

@@ -1,12 +1,8 @@
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstring>
-#include <fstream>
 #include <limits>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,19 +1,19 @@
 #include "file_bytes.h"
 
-#include <sys/stat.h>
-
 #include <cstdio>
-#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
 namespace filetest {
 
 std::string ScratchDir(const std::string& test_name) {
-  const std::string dir = "file_scratch/" + test_name;
-  const std::string cmd = "rm -rf '" + dir + "' && mkdir -p '" + dir + "'";
-  if (std::system(cmd.c_str()) != 0) return "";
-  return dir;
+  const std::filesystem::path dir = std::filesystem::path("file_scratch") / test_name;
+  std::error_code ec;
+  std::filesystem::remove_all(dir, ec);
+  std::filesystem::create_directories(dir, ec);
+  if (ec) return "";
+  return dir.generic_string();
 }
 
 bool WriteFile(const std::string& path, const Bytes& bytes) {
@@ -31,8 +31,8 @@ Bytes ReadFile(const std::string& path) {
 }
 
 bool FileExists(const std::string& path) {
-  struct stat st {};
-  return ::stat(path.c_str(), &st) == 0;
+  std::error_code ec;
+  return std::filesystem::exists(path, ec);
 }
 
 }  // namespace filetest

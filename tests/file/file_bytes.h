@@ -156,7 +156,7 @@ struct Layout {
 
 // A complete file: header with counts, offsets, compression and the
 // writer's checksum, then the sections back to back.
-struct FileSpec {
+struct FileContents {
   std::vector<std::string> vendors{"Acme"};
   std::vector<std::string> machines{"Cutter 1"};
   std::vector<std::string> materials{"Mild Steel"};
@@ -166,7 +166,7 @@ struct FileSpec {
   std::int64_t created_time = 1700000000;
 };
 
-inline Bytes BuildFile(const FileSpec& s, Layout* layout = nullptr) {
+inline Bytes BuildFile(const FileContents& s, Layout* layout = nullptr) {
   Bytes file(1024, 0);
   Put32(file, 0, 0x4E4C5053u);
   Put16(file, 4, 1);

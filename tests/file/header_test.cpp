@@ -20,8 +20,8 @@ FileHeader DecodeBytes(const Bytes& b) {
 }
 
 FileHeader GoodHeader() {
-  FileSpec spec;
-  Bytes file = BuildFile(spec);
+  FileContents contents;
+  Bytes file = BuildFile(contents);
   FileHeader h = DecodeBytes(file);
   h.header_crc32 = 0;
   return h;
@@ -64,7 +64,7 @@ TEST(HeaderCodec, EncodeDecodeKeepsEveryByte) {
 }
 
 TEST(HeaderChecksum, SkipsBytes128To143AndCoversTheRest) {
-  Bytes file = BuildFile(FileSpec{});
+  Bytes file = BuildFile(FileContents{});
   Bytes header(file.begin(), file.begin() + 1024);
   const std::uint32_t base = HeaderChecksumOfBytes(header.data());
   EXPECT_EQ(base, WriterChecksum(header));
@@ -174,7 +174,7 @@ TEST(ValidateHeader, ChecksumRuleZeroesOnlyTheFourChecksumBytes) {
 }
 
 TEST(ValidateHeader, HeaderWrittenWithTheWritersChecksumFails) {
-  Bytes file = BuildFile(FileSpec{});
+  Bytes file = BuildFile(FileContents{});
   const FileHeader h = DecodeBytes(file);
   ASSERT_NE(h.header_crc32, 0u);
   EXPECT_EQ(Testing::ValidateHeader(h), ErrorCode::ChecksumMismatch);

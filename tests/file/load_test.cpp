@@ -30,21 +30,22 @@ class LoadTest : public ::testing::Test {
   }
   std::string Path(const std::string& name) const { return dir_ + "/" + name; }
   ErrorCode LoadBytes(Database& db, const Bytes& bytes, const std::string& name = "f.bin") {
+    db.Close();  // a mapped file cannot be replaced everywhere; loading closes first anyway
     EXPECT_TRUE(WriteFile(Path(name), bytes));
     return db.LoadFromBinary(Path(name));
   }
   std::string dir_;
 };
 
-void ExpectStoreMatches(const Database& db, const FileSpec& spec) {
+void ExpectStoreMatches(const Database& db, const FileContents& contents) {
   const DatabaseImpl& d = DatabaseAccess::Body(db);
-  EXPECT_EQ(d.vendors, spec.vendors);
-  EXPECT_EQ(d.machines, spec.machines);
-  EXPECT_EQ(d.materials, spec.materials);
-  ASSERT_EQ(d.parameters.size(), spec.records.size());
-  for (std::size_t i = 0; i < spec.records.size(); ++i) {
+  EXPECT_EQ(d.vendors, contents.vendors);
+  EXPECT_EQ(d.machines, contents.machines);
+  EXPECT_EQ(d.materials, contents.materials);
+  ASSERT_EQ(d.parameters.size(), contents.records.size());
+  for (std::size_t i = 0; i < contents.records.size(); ++i) {
     const CuttingParameter& a = d.parameters[i];
-    const CuttingParameter& b = spec.records[i];
+    const CuttingParameter& b = contents.records[i];
     EXPECT_EQ(a.vendor_id, b.vendor_id);
     EXPECT_EQ(a.machine_model_id, b.machine_model_id);
     EXPECT_EQ(a.material_id, b.material_id);
@@ -64,8 +65,8 @@ void ExpectStoreMatches(const Database& db, const FileSpec& spec) {
   }
 }
 
-FileSpec GoldenSpec(std::uint8_t compression, int records = 130) {
-  FileSpec s;
+FileContents GoldenContents(std::uint8_t compression, int records = 130) {
+  FileContents s;
   s.vendors = {"Acme", "Borealis", "acme"};
   s.machines = {"Cutter 1", "Cutter 2"};
   s.materials = {"Mild Steel", "Stainless", "Alu\xC3\xA9"};
@@ -77,11 +78,11 @@ FileSpec GoldenSpec(std::uint8_t compression, int records = 130) {
 }  // namespace
 
 TEST_F(LoadTest, GoldenRawFileLoadsFieldByField) {
-  const FileSpec spec = GoldenSpec(0);
+  const FileContents contents = GoldenContents(0);
   Database db;
-  ASSERT_EQ(LoadBytes(db, BuildFile(spec)), ErrorCode::Success);
+  ASSERT_EQ(LoadBytes(db, BuildFile(contents)), ErrorCode::Success);
   EXPECT_TRUE(db.IsLoaded());
-  ExpectStoreMatches(db, spec);
+  ExpectStoreMatches(db, contents);
   const DatabaseImpl& d = DatabaseAccess::Body(db);
   EXPECT_EQ(d.header.created_time, 1700000000);
   EXPECT_EQ(d.header.parameter_count, 130u);
@@ -92,16 +93,16 @@ TEST_F(LoadTest, GoldenRawFileLoadsFieldByField) {
 }
 
 TEST_F(LoadTest, GoldenLz4FileLoadsFieldByField) {
-  const FileSpec spec = GoldenSpec(1);  // 64 + 64 + 2 records
+  const FileContents contents = GoldenContents(1);  // 64 + 64 + 2 records
   Database db;
-  ASSERT_EQ(LoadBytes(db, BuildFile(spec)), ErrorCode::Success);
-  ExpectStoreMatches(db, spec);
+  ASSERT_EQ(LoadBytes(db, BuildFile(contents)), ErrorCode::Success);
+  ExpectStoreMatches(db, contents);
 }
 
 TEST_F(LoadTest, IndexesAreRebuiltAfterLoad) {
-  const FileSpec spec = GoldenSpec(0, 6);
+  const FileContents contents = GoldenContents(0, 6);
   Database db;
-  ASSERT_EQ(LoadBytes(db, BuildFile(spec)), ErrorCode::Success);
+  ASSERT_EQ(LoadBytes(db, BuildFile(contents)), ErrorCode::Success);
   const DatabaseImpl& d = DatabaseAccess::Body(db);
   ASSERT_EQ(d.material_ranges.count(1), 1u);
   EXPECT_EQ(d.material_ranges.at(1).front().count, 3u);
@@ -110,19 +111,19 @@ TEST_F(LoadTest, IndexesAreRebuiltAfterLoad) {
 }
 
 TEST_F(LoadTest, RepeatedNameMapsToItsLastId) {
-  FileSpec spec = GoldenSpec(0, 0);
-  spec.materials = {"Steel", "Alu", "Steel"};
+  FileContents contents = GoldenContents(0, 0);
+  contents.materials = {"Steel", "Alu", "Steel"};
   Database db;
-  ASSERT_EQ(LoadBytes(db, BuildFile(spec)), ErrorCode::Success);
+  ASSERT_EQ(LoadBytes(db, BuildFile(contents)), ErrorCode::Success);
   EXPECT_EQ(DatabaseAccess::Body(db).material_ids.at("Steel"), 3);
   EXPECT_EQ(DatabaseAccess::Body(db).materials.size(), 3u);
 }
 
 TEST_F(LoadTest, ZeroParametersLoadsAndCountsAsLoaded) {
   for (std::uint8_t compression : {0, 1}) {
-    FileSpec spec = GoldenSpec(compression, 0);
+    FileContents contents = GoldenContents(compression, 0);
     Layout layout;
-    const Bytes file = BuildFile(spec, &layout);
+    const Bytes file = BuildFile(contents, &layout);
     ASSERT_EQ(layout.data, file.size());  // data offset == file size is allowed
     Database db;
     ASSERT_EQ(LoadBytes(db, file), ErrorCode::Success);
@@ -132,20 +133,20 @@ TEST_F(LoadTest, ZeroParametersLoadsAndCountsAsLoaded) {
 }
 
 TEST_F(LoadTest, MachineExtraBytesAreSkipped) {
-  FileSpec spec = GoldenSpec(0, 3);
-  spec.machine_extra = {5, 0};
+  FileContents contents = GoldenContents(0, 3);
+  contents.machine_extra = {5, 0};
   Database db;
-  ASSERT_EQ(LoadBytes(db, BuildFile(spec)), ErrorCode::Success);
-  ExpectStoreMatches(db, spec);
+  ASSERT_EQ(LoadBytes(db, BuildFile(contents)), ErrorCode::Success);
+  ExpectStoreMatches(db, contents);
 }
 
 TEST_F(LoadTest, TrailingBytesAreIgnored) {
-  const FileSpec spec = GoldenSpec(1);
-  Bytes file = BuildFile(spec);
+  const FileContents contents = GoldenContents(1);
+  Bytes file = BuildFile(contents);
   file.insert(file.end(), 100, 0xEE);
   Database db;
   ASSERT_EQ(LoadBytes(db, file), ErrorCode::Success);
-  ExpectStoreMatches(db, spec);
+  ExpectStoreMatches(db, contents);
 }
 
 TEST_F(LoadTest, MissingFileGivesFileNotFoundWithSanitisedPath) {
@@ -166,7 +167,7 @@ TEST_F(LoadTest, ShortFileGivesCorruptedFileAtOpen) {
 }
 
 TEST_F(LoadTest, HeaderByte200ChangedIsCorruptedByte135IsNotNoticed) {
-  Bytes file = BuildFile(GoldenSpec(0));
+  Bytes file = BuildFile(GoldenContents(0));
   Bytes a = file;
   a[200] ^= 1;
   Database db;
@@ -180,7 +181,7 @@ TEST_F(LoadTest, HeaderByte200ChangedIsCorruptedByte135IsNotNoticed) {
 }
 
 TEST_F(LoadTest, EachHeaderByteChangedGivesTheDocumentedResult) {
-  const Bytes file = BuildFile(GoldenSpec(0, 3));
+  const Bytes file = BuildFile(GoldenContents(0, 3));
   Database db;
   for (int offset = 0; offset < 1024; ++offset) {
     Bytes changed = file;
@@ -194,7 +195,7 @@ TEST_F(LoadTest, EachHeaderByteChangedGivesTheDocumentedResult) {
 }
 
 TEST_F(LoadTest, EachHeaderByteChangedAndResealedMatchesTheRules) {
-  const Bytes file = BuildFile(GoldenSpec(1, 70));
+  const Bytes file = BuildFile(GoldenContents(1, 70));
   Database db;
   int failures_seen = 0;
   for (int offset = 0; offset < 1024; ++offset) {
@@ -219,9 +220,9 @@ TEST_F(LoadTest, EachHeaderByteChangedAndResealedMatchesTheRules) {
 TEST_F(LoadTest, TruncationAtEveryLengthMatchesTheRules) {
   for (std::uint8_t compression : {0, 1}) {
     Layout l;
-    FileSpec spec = GoldenSpec(compression, 70);
-    spec.machine_extra = {3};
-    const Bytes file = BuildFile(spec, &l);
+    FileContents contents = GoldenContents(compression, 70);
+    contents.machine_extra = {3};
+    const Bytes file = BuildFile(contents, &l);
     Database db;
     for (std::size_t n = 1000; n < file.size(); ++n) {
       const Bytes cut(file.begin(), file.begin() + static_cast<long>(n));
@@ -234,7 +235,7 @@ TEST_F(LoadTest, TruncationAtEveryLengthMatchesTheRules) {
 
 TEST_F(LoadTest, TruncationAtSectionBoundariesGivesDocumentedCodes) {
   Layout l;
-  const Bytes raw = BuildFile(GoldenSpec(0, 3), &l);
+  const Bytes raw = BuildFile(GoldenContents(0, 3), &l);
   auto cut = [](const Bytes& f, std::uint64_t n) {
     return Bytes(f.begin(), f.begin() + static_cast<long>(n));
   };
@@ -247,14 +248,14 @@ TEST_F(LoadTest, TruncationAtSectionBoundariesGivesDocumentedCodes) {
   EXPECT_EQ(LoadBytes(db, cut(raw, l.end - 1)), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), kParseMessage);
 
-  const Bytes lz = BuildFile(GoldenSpec(1, 3), &l);
+  const Bytes lz = BuildFile(GoldenContents(1, 3), &l);
   EXPECT_EQ(LoadBytes(db, cut(lz, l.data + 7)), ErrorCode::InvalidParameter);  // head short
   EXPECT_EQ(LoadBytes(db, cut(lz, l.data + 8)), ErrorCode::InvalidData);       // data short
   EXPECT_EQ(LoadBytes(db, cut(lz, l.end - 1)), ErrorCode::InvalidData);
 }
 
 TEST_F(LoadTest, WrongMagicAndVersionAreRefusedBeforeTheChecksum) {
-  Bytes file = BuildFile(GoldenSpec(0, 1));
+  Bytes file = BuildFile(GoldenContents(0, 1));
   Database db;
   Bytes m = file;
   m[0] = 'X';
@@ -268,7 +269,7 @@ TEST_F(LoadTest, WrongMagicAndVersionAreRefusedBeforeTheChecksum) {
 
 TEST_F(LoadTest, LayoutTestRowsGiveTheirCodes) {
   Layout l;
-  const Bytes file = BuildFile(GoldenSpec(0, 2), &l);
+  const Bytes file = BuildFile(GoldenContents(0, 2), &l);
   Database db;
   auto with = [&](std::size_t at, std::uint64_t value, int width) {
     Bytes f = file;
@@ -303,7 +304,7 @@ TEST_F(LoadTest, LayoutTestRowsGiveTheirCodes) {
 
 TEST_F(LoadTest, CountFailureIsCheckedAfterOffsets) {
   Layout l;
-  Bytes f = BuildFile(GoldenSpec(0, 2), &l);
+  Bytes f = BuildFile(GoldenContents(0, 2), &l);
   Put32(f, 16, 20000000);
   Put64(f, 48, 5);
   Reseal(f);
@@ -313,7 +314,7 @@ TEST_F(LoadTest, CountFailureIsCheckedAfterOffsets) {
 
 TEST_F(LoadTest, NameTableFailuresGiveInvalidData) {
   Layout l;
-  const Bytes file = BuildFile(GoldenSpec(0, 0), &l);
+  const Bytes file = BuildFile(GoldenContents(0, 0), &l);
   Database db;
   // table_size past the end of the file.
   Bytes a = file;
@@ -336,7 +337,7 @@ TEST_F(LoadTest, NameTableFailuresGiveInvalidData) {
 
 TEST_F(LoadTest, TableSizeOverstatingTheTableIsOnlyABoundsTest) {
   Layout l;
-  Bytes f = BuildFile(GoldenSpec(0, 1), &l);
+  Bytes f = BuildFile(GoldenContents(0, 1), &l);
   Put32(f, l.vendor + 4, static_cast<std::uint32_t>(f.size() - l.vendor));  // just fits
   Database db;
   EXPECT_EQ(LoadBytes(db, f), ErrorCode::Success);
@@ -346,7 +347,7 @@ TEST_F(LoadTest, TableSizeOverstatingTheTableIsOnlyABoundsTest) {
 
 TEST_F(LoadTest, Lz4BlockHeadFailures) {
   Layout l;
-  const Bytes file = BuildFile(GoldenSpec(1, 3), &l);
+  const Bytes file = BuildFile(GoldenContents(1, 3), &l);
   Database db;
   auto with = [&](std::size_t at, std::uint32_t v) {
     Bytes f = file;
@@ -363,7 +364,7 @@ TEST_F(LoadTest, Lz4BlockHeadFailures) {
 
 TEST_F(LoadTest, Lz4DecoderErrorGivesDecompressionFailed) {
   Layout l;
-  Bytes f = BuildFile(GoldenSpec(1, 3), &l);
+  Bytes f = BuildFile(GoldenContents(1, 3), &l);
   // A match offset of zero is invalid LZ4: token 0x00 then offset 0.
   Bytes bad = {0x10, 'A', 0x00, 0x00, 0, 0, 0, 0};
   f.resize(l.data);
@@ -377,7 +378,7 @@ TEST_F(LoadTest, Lz4DecoderErrorGivesDecompressionFailed) {
 
 TEST_F(LoadTest, Lz4WrongDecodedSizeGivesInvalidData) {
   Layout l;
-  Bytes f = BuildFile(GoldenSpec(1, 3), &l);
+  Bytes f = BuildFile(GoldenContents(1, 3), &l);
   Put32(f, l.data, 256);  // says four records, holds three
   Database db;
   EXPECT_EQ(LoadBytes(db, f), ErrorCode::InvalidData);
@@ -387,7 +388,7 @@ TEST_F(LoadTest, Lz4WrongDecodedSizeGivesInvalidData) {
 
 TEST_F(LoadTest, Lz4HugeRawSizeIsRefusedLikeTheDecoderWould) {
   Layout l;
-  Bytes f = BuildFile(GoldenSpec(1, 3), &l);
+  Bytes f = BuildFile(GoldenContents(1, 3), &l);
   Database db;
   Put32(f, l.data, 0x7FFFFFC0u);  // far beyond what the block can expand to
   EXPECT_EQ(LoadBytes(db, f), ErrorCode::InvalidData);
@@ -397,8 +398,8 @@ TEST_F(LoadTest, Lz4HugeRawSizeIsRefusedLikeTheDecoderWould) {
 
 TEST_F(LoadTest, Lz4LastBlockMayBringMoreRecordsThanCounted) {
   Layout l;
-  FileSpec spec = GoldenSpec(1, 70);
-  Bytes f = BuildFile(spec, &l);
+  FileContents contents = GoldenContents(1, 70);
+  Bytes f = BuildFile(contents, &l);
   Put32(f, 16, 65);  // the second block still holds six
   Reseal(f);
   Database db;
@@ -407,9 +408,9 @@ TEST_F(LoadTest, Lz4LastBlockMayBringMoreRecordsThanCounted) {
 }
 
 TEST_F(LoadTest, Lz4BlocksOfOtherSizesAreAccepted) {
-  FileSpec spec = GoldenSpec(1, 0);
+  FileContents contents = GoldenContents(1, 0);
   Layout l;
-  Bytes f = BuildFile(spec, &l);
+  Bytes f = BuildFile(contents, &l);
   const std::vector<CuttingParameter> records = SampleRecords(150);
   Append(f, Lz4Data(records, 150));  // one block of 9600 bytes
   Put32(f, 16, 150);
@@ -421,14 +422,14 @@ TEST_F(LoadTest, Lz4BlocksOfOtherSizesAreAccepted) {
 }
 
 TEST_F(LoadTest, ReservedCompressionLoadsNoRecords) {
-  FileSpec spec = GoldenSpec(2, 0);
+  FileContents contents = GoldenContents(2, 0);
   Layout l;
-  Bytes f = BuildFile(spec, &l);
+  Bytes f = BuildFile(contents, &l);
   f.insert(f.end(), 64, 0x33);  // bytes that are not read
   Put32(f, 16, 5);
   Reseal(f);
   Database db;
-  ASSERT_EQ(LoadBytes(db, BuildFile(GoldenSpec(0, 4)), "first.bin"), ErrorCode::Success);
+  ASSERT_EQ(LoadBytes(db, BuildFile(GoldenContents(0, 4)), "first.bin"), ErrorCode::Success);
   ASSERT_EQ(LoadBytes(db, f), ErrorCode::Success);
   EXPECT_TRUE(DatabaseAccess::Body(db).parameters.empty());
   EXPECT_EQ(DatabaseAccess::Body(db).header.parameter_count, 5u);
@@ -436,10 +437,10 @@ TEST_F(LoadTest, ReservedCompressionLoadsNoRecords) {
 
 TEST_F(LoadTest, SecondLoadClosesTheFirst) {
   Database db;
-  ASSERT_EQ(LoadBytes(db, BuildFile(GoldenSpec(0, 5)), "a.bin"), ErrorCode::Success);
+  ASSERT_EQ(LoadBytes(db, BuildFile(GoldenContents(0, 5)), "a.bin"), ErrorCode::Success);
   const MappedFile* first = DatabaseAccess::Body(db).mapped_file.get();
   ASSERT_NE(first, nullptr);
-  FileSpec second = GoldenSpec(1, 2);
+  FileContents second = GoldenContents(1, 2);
   second.vendors = {"Other"};
   ASSERT_EQ(LoadBytes(db, BuildFile(second), "b.bin"), ErrorCode::Success);
   ExpectStoreMatches(db, second);
@@ -451,7 +452,7 @@ TEST_F(LoadTest, SecondLoadClosesTheFirst) {
 
 TEST_F(LoadTest, FailedParseKeepsWhatWasReadBefore) {
   Layout l;
-  Bytes f = BuildFile(GoldenSpec(0, 3), &l);
+  Bytes f = BuildFile(GoldenContents(0, 3), &l);
   f.resize(l.end - 1);
   Database db;
   EXPECT_EQ(LoadBytes(db, f), ErrorCode::InvalidData);
@@ -463,7 +464,7 @@ TEST_F(LoadTest, FastLoadLeavesThePreviousMessage) {
   Database db;
   EXPECT_EQ(db.LoadFromBinary(Path("missing.bin")), ErrorCode::FileNotFound);
   const std::string before = db.GetLastError();
-  ASSERT_EQ(LoadBytes(db, BuildFile(GoldenSpec(0, 1))), ErrorCode::Success);
+  ASSERT_EQ(LoadBytes(db, BuildFile(GoldenContents(0, 1))), ErrorCode::Success);
   const std::string after = db.GetLastError();
   // Either untouched, or (on a very slow machine) the slow-load warning.
   EXPECT_TRUE(after == before || after.rfind("Warning: Load time exceeded 5ms target (", 0) == 0);
@@ -471,8 +472,8 @@ TEST_F(LoadTest, FastLoadLeavesThePreviousMessage) {
 
 TEST_F(LoadTest, RandomMutationsMatchTheLiteralRules) {
   std::mt19937 rng(2024);
-  const Bytes raw = BuildFile(GoldenSpec(0, 5));
-  const Bytes lz = BuildFile(GoldenSpec(1, 70));
+  const Bytes raw = BuildFile(GoldenContents(0, 5));
+  const Bytes lz = BuildFile(GoldenContents(1, 70));
   Database db;
   for (int round = 0; round < 1500; ++round) {
     Bytes f = (round % 2) ? lz : raw;

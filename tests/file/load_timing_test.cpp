@@ -20,15 +20,15 @@ TEST(SlowLoadWarning, FormatsMillisecondsWithSixDecimals) {
 TEST(SlowLoadWarning, SlowLoadSucceedsAndLeavesTheWarning) {
   const std::string dir = ScratchDir("SlowLoad");
   ASSERT_FALSE(dir.empty());
-  FileSpec spec;
-  spec.compression = 1;
+  FileContents contents;
+  contents.compression = 1;
   std::vector<std::string> materials;
-  for (int m = 0; m < 100; ++m) spec.materials.push_back("M" + std::to_string(m));
+  for (int m = 0; m < 100; ++m) contents.materials.push_back("M" + std::to_string(m));
   for (int i = 0; i < 400000; ++i) {
-    spec.records.push_back(SampleRecord(static_cast<std::uint16_t>(1 + i % 100),
+    contents.records.push_back(SampleRecord(static_cast<std::uint16_t>(1 + i % 100),
                                         static_cast<float>(i % 97), i % 50));
   }
-  ASSERT_TRUE(WriteFile(dir + "/big.bin", BuildFile(spec)));
+  ASSERT_TRUE(WriteFile(dir + "/big.bin", BuildFile(contents)));
   Database db;
   EXPECT_NE(db.ImportFromSQLite(""), ErrorCode::Success);  // a message to replace
   ASSERT_EQ(db.LoadFromBinary(dir + "/big.bin"), ErrorCode::Success);

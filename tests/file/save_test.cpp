@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cstring>
+#include <ctime>
+#include <filesystem>
 
 #include "file/file_writer.h"
 #include "file/lz4_blocks.h"
@@ -85,16 +86,16 @@ TEST_F(SaveTest, WrittenBytesFollowTheLayout) {
   Fill(db, 2);
   ASSERT_EQ(db.SaveToBinary(Path("f.bin"), CompressionType::None), ErrorCode::Success);
   const Bytes f = ReadFile(Path("f.bin"));
-  FileSpec spec;
-  spec.vendors = {"Acme", "B"};
-  spec.machines = {"Cutter 1", "Cutter 2", "C3"};
-  spec.materials = {"Mild Steel"};
-  spec.records = DatabaseAccess::Body(db).parameters;
-  Bytes expected = BuildFile(spec);
+  FileContents contents;
+  contents.vendors = {"Acme", "B"};
+  contents.machines = {"Cutter 1", "Cutter 2", "C3"};
+  contents.materials = {"Mild Steel"};
+  contents.records = DatabaseAccess::Body(db).parameters;
+  Bytes expected = BuildFile(contents);
   // The machine entries carry vendor id 1 in saved files.
   for (std::size_t at = Get64(expected, 56) + 8, i = 0; i < 3; ++i) {
     Put16(expected, at + 2, 1);
-    at += 6 + spec.machines[i].size();
+    at += 6 + contents.machines[i].size();
   }
   Put64(expected, 8, Get64(f, 8));  // created_time is "now"
   Reseal(expected);
@@ -188,7 +189,7 @@ TEST_F(SaveTest, UncreatableTemporaryFileIsIoError) {
 
 TEST_F(SaveTest, FailedRenameIsIoErrorAndLeavesNoTemporaryFile) {
   // A non-empty directory as the target: removing it and renaming over it fail.
-  ASSERT_EQ(::mkdir(Path("target").c_str(), 0700), 0);
+  ASSERT_TRUE(std::filesystem::create_directory(Path("target")));
   ASSERT_TRUE(WriteFile(Path("target/keep"), Bytes(1, 0)));
   Database db;
   Fill(db, 2);

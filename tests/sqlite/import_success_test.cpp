@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
@@ -319,4 +320,54 @@ TEST(SqliteImport, ImportedStoreAcceptsEditsLikeALoadedOne) {
   EXPECT_EQ(db.AddMachine("Vendor A", "M-45", ""), ErrorCode::AlreadyExists);
   EXPECT_EQ(db.DeleteParameter(0), ErrorCode::Success);
   EXPECT_EQ(db.Validate(), ErrorCode::Success) << db.GetLastError();
+}
+
+// The import's order against the plain definition: a stable sort of the
+// rows, taken in rowid order, by (material, machine, thickness).
+TEST(SqliteImport, OrderMatchesAStableSortOfRandomRows) {
+  struct Key {
+    int material, machine;
+    float thickness;
+    std::uint32_t tag;  // the row's rowid, carried in flags
+  };
+  std::uint32_t state = 12345;
+  auto next = [&state](std::uint32_t n) {
+    state = state * 1103515245u + 12345u;
+    return (state >> 16) % n;
+  };
+  for (int round = 0; round < 5; ++round) {
+    SCOPED_TRACE(round);
+    std::vector<Key> keys;
+    std::string rows;
+    const int count = 50 + static_cast<int>(next(200));
+    for (int i = 0; i < count; ++i) {
+      const std::uint32_t rowid = 1000 + next(100000);  // random rowid order
+      const Key k{1 + static_cast<int>(next(2)), 1 + static_cast<int>(next(2)),
+                  0.5f * static_cast<float>(1 + next(6)), rowid};
+      char buf[512];
+      std::snprintf(buf, sizeof buf,
+                    "INSERT OR IGNORE INTO parameters (rowid, vendor_id, machine_model_id,"
+                    " material_id, thickness_mm, cut_speed_mm_min, cut_height_mm,"
+                    " pierce_height_mm, transfer_height_mm, arc_voltage_v, pierce_time_s,"
+                    " kerf_width_mm, current_amps, flags) VALUES (%u, 1, %d, %d, %g, 100, 1, 1,"
+                    " 1, 1, 1, 1, 45, %u);",
+                    k.tag, k.machine, k.material, static_cast<double>(k.thickness), k.tag);
+      rows += buf;
+      if (std::none_of(keys.begin(), keys.end(), [&k](const Key& o) { return o.tag == k.tag; })) {
+        keys.push_back(k);
+      }
+    }
+    SqliteFile file;
+    Database db;
+    ImportStandard(file, db, rows);
+    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) { return a.tag < b.tag; });
+    std::stable_sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) {
+      if (a.material != b.material) return a.material < b.material;
+      if (a.machine != b.machine) return a.machine < b.machine;
+      return a.thickness < b.thickness;
+    });
+    const auto& records = DatabaseAccess::Body(db).parameters;
+    ASSERT_EQ(records.size(), keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i) ASSERT_EQ(records[i].flags, keys[i].tag) << i;
+  }
 }

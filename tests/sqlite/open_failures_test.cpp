@@ -21,7 +21,10 @@ bool Exists(const std::string& path) {
   return ::stat(path.c_str(), &st) == 0;
 }
 
-std::string TempPath(const std::string& leaf) { return ::testing::TempDir() + leaf; }
+// Per process, so concurrent runs do not meet.
+std::string TempPath(const std::string& leaf) {
+  return ::testing::TempDir() + std::to_string(::getpid()) + "_" + leaf;
+}
 
 }  // namespace
 

@@ -56,7 +56,8 @@ std::string SampleAsSql(const std::vector<std::string>& lines) {
   }
   std::string sql = sparlane_test::SchemaSql();
   for (std::size_t i = 0; i < vendors.size(); ++i) {
-    sql += "INSERT INTO vendors VALUES (" + std::to_string(i + 1) + ", " + Quoted(vendors[i]) + ");";
+    sql += "INSERT INTO vendors VALUES (" + std::to_string(i + 1) + ", " + Quoted(vendors[i]) +
+           ");";
   }
   for (std::size_t i = 0; i < machines.size(); ++i) {
     sql += "INSERT INTO machines (id, name) VALUES (" + std::to_string(i + 1) + ", " +

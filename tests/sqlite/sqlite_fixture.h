@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <string>
@@ -48,8 +49,9 @@ class SqliteFile {
  public:
   SqliteFile() {
     const ::testing::TestInfo* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    path_ = ::testing::TempDir() + "sparlane_sqlite_" + info->test_suite_name() + "_" +
-            info->name() + ".db";
+    // The pid keeps concurrent runs of the suite apart.
+    path_ = ::testing::TempDir() + "sparlane_sqlite_" + std::to_string(::getpid()) + "_" +
+            info->test_suite_name() + "_" + info->name() + ".db";
     std::remove(path_.c_str());
   }
   ~SqliteFile() {

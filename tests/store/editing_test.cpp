@@ -219,6 +219,33 @@ TEST_F(Editing, EditsNeedALoadedDatabase) {
   EXPECT_TRUE(SameBytes(Body().parameters[0], ValidRecord()));
 }
 
+TEST_F(Editing, AppendedRecordIsOutsideAnIndexedMachineUntilTheNextRebuild) {
+  ASSERT_EQ(db_.AddParameter(ValidRecord(2.0f, 1, 1, 1)), ErrorCode::Success);
+  ASSERT_EQ(db_.AddParameter(ValidRecord(4.0f, 1, 1, 1)), ErrorCode::Success);
+  ASSERT_EQ(db_.UpdateParameter(0, ValidRecord(2.0f, 1, 1, 1)), ErrorCode::Success);
+  ASSERT_EQ(db_.FindByMachine("", "M1").size(), 2u);
+
+  ASSERT_EQ(db_.AddParameter(ValidRecord(8.0f, 1, 1, 3)), ErrorCode::Success);
+  std::vector<CuttingParameter> found = db_.FindByMachine("", "M1");
+  ASSERT_EQ(found.size(), 2u);
+  for (const auto& p : found) EXPECT_NE(p.thickness_mm, 8.0f);
+
+  ASSERT_EQ(db_.UpdateParameter(1, ValidRecord(4.0f, 1, 1, 1)), ErrorCode::Success);
+  found = db_.FindByMachine("", "M1");
+  ASSERT_EQ(found.size(), 3u);
+  EXPECT_EQ(found.back().thickness_mm, 8.0f);
+}
+
+TEST_F(Editing, AppendedRecordOfAnUnindexedMachineIsFoundByTheScan) {
+  ASSERT_EQ(db_.AddParameter(ValidRecord(2.0f, 1, 1, 1)), ErrorCode::Success);
+  ASSERT_EQ(db_.UpdateParameter(0, ValidRecord(2.0f, 1, 1, 1)), ErrorCode::Success);
+  ASSERT_EQ(db_.AddParameter(ValidRecord(5.0f, 3, 3, 1)), ErrorCode::Success);
+  ASSERT_EQ(Body().machine_records.count(3), 0u);
+  const std::vector<CuttingParameter> found = db_.FindByMachine("", "M3");
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(found[0].thickness_mm, 5.0f);
+}
+
 TEST_F(Editing, UpdateOverwritesAllSixtyFourBytes) {
   ASSERT_EQ(db_.AddParameter(ValidRecord(2.0f)), ErrorCode::Success);
   ASSERT_EQ(db_.AddParameter(ValidRecord(4.0f)), ErrorCode::Success);

@@ -24,8 +24,14 @@ class LoadIndexes : public ::testing::Test {
     const std::uint16_t material[] = {2, 2, 1, 2, 3, 1, 2};
     const std::uint16_t machine[] = {3, 1, 1, 3, 2, 3, 1};
     for (int i = 0; i < 7; ++i) {
-      ASSERT_EQ(source.AddParameter(ValidRecord(thickness[i], 1, machine[i], material[i])),
-                ErrorCode::Success);
+      CuttingParameter p = ValidRecord(thickness[i], 1, machine[i], material[i]);
+      if (i == 3) {  // opaque fields must come back byte for byte
+        p.aux_id = 0xA55A;
+        p.flags = 0x8000F00Fu;
+        for (int b = 0; b < 6; ++b) p.reserved_42[b] = static_cast<std::uint8_t>(0xC0 + b);
+        for (int b = 0; b < 12; ++b) p.reserved_52[b] = static_cast<std::uint8_t>(0x30 + b);
+      }
+      ASSERT_EQ(source.AddParameter(p), ErrorCode::Success);
     }
     table_ = DatabaseAccess::Body(source).parameters;
     ASSERT_EQ(source.SaveToBinary(path_, CompressionType::None), ErrorCode::Success)
@@ -44,6 +50,7 @@ TEST_F(LoadIndexes, LoadRebuildsBothRecordIndexes) {
   const DatabaseImpl& d = DatabaseAccess::Body(db);
   ASSERT_EQ(d.parameters.size(), table_.size());
   for (std::size_t i = 0; i < table_.size(); ++i) EXPECT_TRUE(SameBytes(d.parameters[i], table_[i]));
+  EXPECT_EQ(d.parameters[3].aux_id, 0xA55A);
 
   EXPECT_EQ(MaterialIndexOf(d), (MaterialIndexView{{1, {{1.0f, 10.0f, 5, 2}}},
                                                    {2, {{2.0f, 8.0f, 1, 4}}},

@@ -70,7 +70,7 @@ TEST(MaterialIndexDifferential, OnePassMatchesTheLiteralSortOnRandomTables) {
                                      std::numeric_limits<float>::denorm_min(),
                                      std::numeric_limits<float>::max()};
   std::mt19937 rng(20261122);
-  for (int round = 0; round < 1500; ++round) {
+  for (int round = 0; round < 1000; ++round) {
     const std::vector<CuttingParameter> table = RandomTable(rng, values);
     ASSERT_EQ(FastMaterialIndex(table), LiteralMaterialIndex(table))
         << "round " << round << ", " << table.size() << " records";
@@ -80,7 +80,7 @@ TEST(MaterialIndexDifferential, OnePassMatchesTheLiteralSortOnRandomTables) {
 TEST(MaterialIndexDifferential, OnePassMatchesTheLiteralSortWithFewDistinctValues) {
   // Two values only: nearly every comparison is a tie.
   std::mt19937 rng(7);
-  for (int round = 0; round < 800; ++round) {
+  for (int round = 0; round < 600; ++round) {
     const std::vector<CuttingParameter> table = RandomTable(rng, {4.0f, 4.0f, 4.0f, 2.0f});
     ASSERT_EQ(FastMaterialIndex(table), LiteralMaterialIndex(table)) << "round " << round;
   }

@@ -165,8 +165,7 @@ TEST(BuildCsv, UnsortedRowsAreSortedByMaterialMachineAndThickness) {
   // The lookup indexes describe the sorted records, so interpolation works.
   const auto query = RunTool({"query", b.out, "--material", "Steel", "--machine", "Alpha",
                               "--thickness", "6"});
-  EXPECT_NE(query.out.find("  cut speed           1100  mm/min\n"), std::string::npos)
-      << query.out;
+  EXPECT_EQ(Field(query.out, "cut speed"), "1100 mm/min") << query.out;
 }
 
 TEST(BuildCsv, Lz4FileAnswersLikeARawOne) {
@@ -183,3 +182,14 @@ TEST(BuildCsv, Lz4FileAnswersLikeARawOne) {
   ASSERT_EQ(raw.status, 0);
   EXPECT_EQ(raw.out, RunTool(lz4_args).out);
 }
+
+#if !defined(SPARLANE_WITH_SQLITE)
+TEST(BuildSqlite, WithoutSqliteSupportFailsWithTheLibraryMessage) {
+  const std::string dir = ScratchDir();
+  const auto run = RunTool({"build", dir + "/out.slb", "--from-sqlite", dir + "/any.db"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err,
+            "slb-tool: SQLite support not enabled. Rebuild with -DENABLE_SQLITE=ON\n");
+  EXPECT_FALSE(FileExists(dir + "/out.slb"));
+}
+#endif

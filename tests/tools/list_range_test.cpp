@@ -11,9 +11,10 @@ TEST(List, MachinesInIdOrder) {
   ExpectGolden("list_machines.txt", run.out);
 }
 
+// Vendors take their ids as their first machine model (by name) registers them.
 TEST(List, VendorsAndMaterials) {
   EXPECT_EQ(RunTool({"list", SamplePath(), "vendors"}).out,
-            "Air plasma\nCompact air plasma\nShop\n");
+            "Compact air plasma\nAir plasma\nShop\n");
   EXPECT_EQ(RunTool({"list", SamplePath(), "materials"}).out,
             "Aluminium\nMild steel\nStainless steel\n");
 }

@@ -39,11 +39,12 @@ TEST(Calc, CutTimeFollowsLengthSpeedAndPierces) {
   // The 6.35 mm row: 1219.2 mm/min, 0.6 s pierce.
   const auto run = RunTool({"calc", SamplePath(), "--material", "Mild steel", "--machine",
                             "AIR-45A", "--thickness", "6.35", "--exact", "0", "--length",
-                            "2032", "--pierces", "5", "--json"});
+                            "1219.2", "--pierces", "5", "--json"});
   ASSERT_EQ(run.status, 0) << run.err;
-  EXPECT_NE(run.out.find("\"cut_time\": 100,"), std::string::npos) << run.out;
-  EXPECT_NE(run.out.find("\"pierce_time\": 3,"), std::string::npos) << run.out;
-  EXPECT_NE(run.out.find("\"total_time\": 103\n"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("\"cut_length\": 1219.2,\n    \"pierces\": 5,\n    \"cut_time\": 60,\n"
+                         "    \"pierce_time\": 3,\n    \"total_time\": 63\n"),
+            std::string::npos)
+      << run.out;
 }
 
 TEST(Calc, InputsChangeTheirCalculators) {
@@ -52,17 +53,19 @@ TEST(Calc, InputsChangeTheirCalculators) {
                             "--corner-angle", "20", "--hole-diameter", "1", "--quality",
                             "precision", "--limit-lead"});
   ASSERT_EQ(run.status, 0) << run.err;
-  EXPECT_NE(run.out.find("kerf offset (inside cut):\n  offset      -0.7747  mm"),
-            std::string::npos)
-      << run.out;
-  EXPECT_NE(run.out.find("corner slowdown at 20 deg:\n  speed factor            0.344444"),
-            std::string::npos)
-      << run.out;
-  EXPECT_NE(run.out.find("  sharp corner           yes\n"), std::string::npos) << run.out;
-  EXPECT_NE(run.out.find("small hole of 1 mm:\n  speed factor          0\n"), std::string::npos)
-      << run.out;
-  EXPECT_NE(run.out.find("quality profile (precision):"), std::string::npos);
-  EXPECT_NE(run.out.find("  lead-in length   3.175   mm\n"), std::string::npos) << run.out;
+  auto section = [&](const std::string& title) {
+    const auto at = run.out.find(title + ":\n");
+    return at == std::string::npos ? std::string() : run.out.substr(at);
+  };
+  EXPECT_EQ(Field(section("kerf offset (inside cut)"), "offset"), "-0.7747 mm");
+  EXPECT_EQ(Field(section("corner slowdown at 20 deg"), "speed factor"), "0.344444");
+  EXPECT_EQ(Field(section("corner slowdown at 20 deg"), "sharp corner"), "yes");
+  EXPECT_EQ(Field(section("small hole of 1 mm"), "speed factor"), "0");
+  EXPECT_EQ(Field(section("small hole of 1 mm"), "very small hole"), "yes");
+  EXPECT_EQ(Field(section("quality profile (precision)"), "speed factor"), "0.5");
+  // Limited to half the 6.35 mm plate; the radius keeps the unlimited length.
+  EXPECT_EQ(Field(run.out, "lead-in length"), "3.175 mm");
+  EXPECT_EQ(Field(run.out, "lead-in radius"), "2.38125 mm");
 }
 
 TEST(Calc, MissFailsLikeQuery) {

@@ -91,6 +91,21 @@ std::string MaskLines(const std::string& text, const std::vector<std::string>& p
   return out;
 }
 
+std::string Field(const std::string& text, const std::string& label) {
+  std::istringstream in(text);
+  std::string line;
+  const std::string prefix = "  " + label + " ";
+  while (std::getline(in, line)) {
+    if (line.compare(0, prefix.size(), prefix) != 0) continue;
+    std::istringstream words(line.substr(prefix.size()));
+    std::string word;
+    std::string value;
+    while (words >> word) value += (value.empty() ? "" : " ") + word;
+    return value;
+  }
+  return std::string();
+}
+
 void ExpectGolden(const std::string& name, const std::string& text) {
   const std::string path = std::string(SLB_GOLDEN_DIR) + "/" + name;
   const char* update = std::getenv("SLB_UPDATE_GOLDEN");

@@ -32,6 +32,10 @@ std::string RealWorldFile(const std::string& name);
 // "<masked>", for output holding dates or timings.
 std::string MaskLines(const std::string& text, const std::vector<std::string>& prefixes);
 
+// The value and unit of the first table line "  <label>  <value>  <unit>"
+// with blanks collapsed ("1100 mm/min"); "" when there is no such line.
+std::string Field(const std::string& text, const std::string& label);
+
 // Compares text with tests/tools/golden/<name>; with SLB_UPDATE_GOLDEN=1 in
 // the environment the golden file is rewritten instead.
 void ExpectGolden(const std::string& name, const std::string& text);

@@ -36,6 +36,29 @@ TEST(SaveReplace, TargetHeldOpenByAnotherHandleFailsWithIoError) {
   EXPECT_EQ(ReadAll(dir.Wide("held.bin")), before);
 }
 
+TEST(SaveReplace, SavingOverTheLoadedFileFailsAndKeepsIt) {
+  // The loaded file is mapped: it can be neither removed nor replaced.
+  TempDir dir;
+  SaveSampleFile(dir.Utf8("own.bin"));
+  const std::vector<std::uint8_t> before = ReadAll(dir.Wide("own.bin"));
+  Database db;
+  ASSERT_EQ(db.LoadFromBinary(dir.Utf8("own.bin")), ErrorCode::Success);
+  ASSERT_EQ(db.AddParameter(SampleRecord(12.0f)), ErrorCode::Success);
+  EXPECT_EQ(db.SaveToBinary(dir.Utf8("own.bin"), CompressionType::LZ4), ErrorCode::IoError);
+  EXPECT_EQ(db.GetLastError(), "Failed to write binary format to: " + dir.Utf8("own.bin"));
+  EXPECT_FALSE(Exists(dir.Wide("own.bin.tmp")));
+  EXPECT_EQ(ReadAll(dir.Wide("own.bin")), before);
+
+  // Once closed, the same save goes through.
+  db.Close();
+  Database edited;
+  FillSample(edited, {SampleRecord(3.0f), SampleRecord(12.0f), SampleRecord(20.0f)});
+  EXPECT_EQ(edited.SaveToBinary(dir.Utf8("own.bin"), CompressionType::LZ4), ErrorCode::Success);
+  Database again;
+  ASSERT_EQ(again.LoadFromBinary(dir.Utf8("own.bin")), ErrorCode::Success);
+  EXPECT_EQ(again.GetStatistics().parameter_count, 3u);
+}
+
 TEST(SaveReplace, MissingFolderFailsWithIoError) {
   TempDir dir;
   Database db;

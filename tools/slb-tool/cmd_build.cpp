@@ -114,11 +114,15 @@ int BuildFromMaterialFile(const BuildOptions& options, bool sheetcam) {
   }
   const auto rows = PlaceEntries(entries, placement, warnings);
   for (const auto& w : warnings) Warn(w);
-  std::printf("%s: %zu entries, values read as %s, %zu placed\n", path.c_str(), entries.size(),
+  std::size_t considered = 0;
+  for (const auto& entry : entries) considered += PassesFilter(entry, placement) ? 1 : 0;
+  std::printf("%s: %zu entries", path.c_str(), entries.size());
+  if (considered != entries.size()) std::printf(", %zu passing the filter", considered);
+  std::printf(", values read as %s, %zu placed\n",
               placement.units == LengthUnit::Inch ? "inches" : "mm", rows.size());
   if (rows.empty()) return Fail("no entries could be placed; nothing written to " + options.out);
   return Finish(options, BuildDatabase(rows, options.out, options.Compression(), true),
-                entries.size() - rows.size());
+                considered - rows.size());
 }
 
 int RunBuild(const BuildOptions& options) {

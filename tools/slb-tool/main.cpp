@@ -10,6 +10,9 @@
 int main(int argc, char** argv) {
   CLI::App app{"slb-tool: build, inspect and query sparlane parameter files", "slb-tool"};
   app.require_subcommand(1, 1);
+  // CLI11 reads "/x" as an option on Windows; paths such as /data/a.slb are
+  // file names there too.  Set before the subcommands, which inherit it.
+  app.allow_windows_style_options(false);
   int status = slb::kExitOk;
   slb::RegisterInfoCommand(app, status);
   slb::RegisterValidateCommand(app, status);

@@ -42,15 +42,19 @@ std::optional<LengthUnit> GuessUnits(const std::vector<MaterialEntry>& entries) 
   return inch > mm ? LengthUnit::Inch : LengthUnit::Millimetre;
 }
 
+bool PassesFilter(const MaterialEntry& entry, const PlacementOptions& options) {
+  return options.filter.empty() ||
+         Lower(entry.name).find(Lower(options.filter)) != std::string::npos;
+}
+
 std::vector<ImportRow> PlaceEntries(const std::vector<MaterialEntry>& entries,
                                     const PlacementOptions& options,
                                     std::vector<std::string>& warnings) {
   const double scale = options.units == LengthUnit::Inch ? kMmPerInch : 1.0;
-  const std::string filter = Lower(options.filter);
   std::map<std::pair<std::string, float>, const MaterialEntry*> placed;
   std::vector<ImportRow> rows;
   for (const auto& entry : entries) {
-    if (!filter.empty() && Lower(entry.name).find(filter) == std::string::npos) continue;
+    if (!PassesFilter(entry, options)) continue;
     if (!entry.missing.empty()) {
       warnings.push_back(NotPlaced(entry, "missing " + JoinKeys(entry.missing)));
       continue;

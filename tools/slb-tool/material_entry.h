@@ -45,6 +45,9 @@ struct PlacementOptions {
 // votes millimetre.  nullopt when no entry votes or the vote is tied.
 std::optional<LengthUnit> GuessUnits(const std::vector<MaterialEntry>& entries);
 
+// True when the entry's name passes the --filter text.
+bool PassesFilter(const MaterialEntry& entry, const PlacementOptions& options);
+
 // Entries become rows; entries that cannot be placed are reported in
 // warnings ("file:line: entry "NAME" not placed: reason") and skipped.
 // Later entries with the same material and thickness as an earlier one are
