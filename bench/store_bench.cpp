@@ -62,8 +62,7 @@ void BM_RebuildRecordIndexes(benchmark::State& state) {
   DatabaseImpl& d = DatabaseAccess::Body(db);
   d.parameters = SortedTable();
   for (auto _ : state) {
-    Sparlane::RebuildMaterialIndex(d);
-    Sparlane::RebuildMachineIndex(d);
+    Sparlane::RebuildMaterialAndMachineIndexes(d);
     benchmark::DoNotOptimize(d.material_ranges.size());
     benchmark::DoNotOptimize(d.machine_records.size());
   }

@@ -21,35 +21,34 @@ constexpr int kMaxExponent = 6;
 constexpr std::uint64_t kPow10[] = {1ull,        10ull,        100ull,       1000ull,
                                     10000ull,    100000ull,    1000000ull,   10000000ull,
                                     100000000ull, 1000000000ull, 10000000000ull};
-// Rough decade thresholds to pick k; the exact test follows.
-constexpr double kDecadeStart[] = {1e-5, 1e-4, 1e-3, 1e-2, 1e-1, 1e0,
-                                   1e1,  1e2,  1e3,  1e4,  1e5,  1e6, 1e7};
 
 char* FormatExact(float value, char* out) {
   return std::to_chars(out, out + kFormattedFloatMax, value, std::chars_format::general, 6).ptr;
 }
 
-// m * 2^e * 10^(5 - k) as numerator / denominator.
-struct Fraction {
-  std::uint64_t numerator;
-  std::uint64_t denominator;
+// f * 10^(5 - k) = m * 2^e * 10^(5 - k), split into a truncated quotient and
+// a comparison of the rest with one half.  Below 1e6 the divisor is a power
+// of two, so a shift does; only the top decade divides by ten.
+struct Scaled {
+  std::uint64_t quotient;
+  std::uint64_t twice_rest;
+  std::uint64_t divisor;
 };
 
-Fraction Scaled(std::uint32_t m, int e, int k) {
+Scaled Scale(std::uint32_t m, int e, int k) {
   const int p = 5 - k;  // -1 to 10
-  std::uint64_t num = m;
-  std::uint64_t den = 1;
+  std::uint64_t numerator = m;
+  if (p >= 0) numerator *= kPow10[p];
+  if (e > 0) numerator <<= e;
+  const int shift = e < 0 ? -e : 0;
   if (p >= 0) {
-    num *= kPow10[p];
-  } else {
-    den = kPow10[-p];
+    const std::uint64_t quotient = numerator >> shift;
+    const std::uint64_t rest = numerator - (quotient << shift);
+    return {quotient, 2 * rest, std::uint64_t{1} << shift};
   }
-  if (e >= 0) {
-    num <<= e;
-  } else {
-    den <<= -e;
-  }
-  return {num, den};
+  const std::uint64_t divisor = kPow10[-p] << shift;
+  const std::uint64_t quotient = numerator / divisor;
+  return {quotient, 2 * (numerator - quotient * divisor), divisor};
 }
 
 // Digits of value = d.ddddd * 10^exponent, trailing zeros dropped.
@@ -99,35 +98,33 @@ bool RoundToSixDigits(std::uint32_t bits, SixDigits* d) {
   const std::uint32_t m = (bits & 0x7FFFFFu) | 0x800000u;
   const int e = biased - 150;
 
-  float magnitude;
-  const std::uint32_t abs_bits = bits & 0x7FFFFFFFu;
-  std::memcpy(&magnitude, &abs_bits, sizeof magnitude);
-  if (magnitude < kDecadeStart[0] || magnitude >= kDecadeStart[12]) return false;
-  int k = kMinExponent;
-  while (k < kMaxExponent && magnitude >= kDecadeStart[k - kMinExponent + 1]) ++k;
+  // floor(log10(2^E)) for the binary exponent E, 1233 / 4096 standing in
+  // for log10(2) (exact for every float exponent): k itself or one below.
+  // The quotient settles it; a k that does not give 10^5 <= quotient < 10^6
+  // is never used.
+  const int binary_exponent = biased - 127;
+  const int scaled = binary_exponent * 1233;
+  int k = scaled >= 0 ? scaled / 4096 : -((-scaled + 4095) / 4096);
+  if (k < kMinExponent - 1 || k > kMaxExponent) return false;
+  if (k < kMinExponent) k = kMinExponent;
 
-  // Settle k exactly: 10^5 <= f * 10^(5 - k) < 10^6.
-  Fraction f = Scaled(m, e, k);
-  std::uint64_t q = f.numerator / f.denominator;
-  if (q < 100000u) {
-    if (--k < kMinExponent) return false;
-    f = Scaled(m, e, k);
-    q = f.numerator / f.denominator;
-  } else if (q >= 1000000u) {
+  Scaled s = Scale(m, e, k);
+  if (s.quotient >= 1000000u) {
     if (++k > kMaxExponent) return false;
-    f = Scaled(m, e, k);
-    q = f.numerator / f.denominator;
+    s = Scale(m, e, k);
   }
-  const std::uint64_t twice_rest = 2 * (f.numerator - q * f.denominator);
-  if (twice_rest > f.denominator || (twice_rest == f.denominator && (q & 1u) != 0)) ++q;
+  if (s.quotient < 100000u || s.quotient >= 1000000u) return false;
+  std::uint64_t q = s.quotient;
+  if (s.twice_rest > s.divisor || (s.twice_rest == s.divisor && (q & 1u) != 0)) ++q;
   if (q == 1000000u) {
     q = 100000u;
     ++k;
   }
 
+  std::uint32_t digits = static_cast<std::uint32_t>(q);  // below 10^6
   for (int i = 5; i >= 0; --i) {
-    d->digits[i] = static_cast<char>('0' + q % 10);
-    q /= 10;
+    d->digits[i] = static_cast<char>('0' + digits % 10);
+    digits /= 10;
   }
   d->count = 6;
   while (d->count > 1 && d->digits[d->count - 1] == '0') --d->count;

@@ -1,6 +1,7 @@
 #include "export/text_sink.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <locale>
 
@@ -38,7 +39,9 @@ void TextSink::Put(const char* text, std::size_t length) {
 }
 
 void TextSink::PutFloat(float value) {
-  if (!classic_numbers_) return PutThroughLocale(value);
+  // Infinities and NaNs are spelled as the platform's stream spells them
+  // (glibc writes "-nan" for a negative NaN, the Windows runtime "nan").
+  if (!classic_numbers_ || !std::isfinite(value)) return PutThroughLocale(value);
   Reserve(kNumberRoom);
   used_ = static_cast<std::size_t>(FormatFloatGeneral6(value, buffer_ + used_) - buffer_);
 }

@@ -10,10 +10,6 @@ namespace Sparlane {
 
 namespace {
 
-bool BucketMayHold(const ThicknessBucket& b, float thickness, float tolerance) {
-  return thickness >= b.min_thickness - tolerance && tolerance + b.max_thickness >= thickness;
-}
-
 // Rows are the records or their compact keys: the same probes either way.
 template <typename Rows>
 const CuttingParameter* SearchExact(const DatabaseImpl& d, const Rows& rows,

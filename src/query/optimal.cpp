@@ -36,9 +36,7 @@ template <typename Rows>
 void ScanBuckets(const std::vector<ThicknessBucket>& buckets, const Rows& rows,
                  FastestCandidate& pick) {
   for (const ThicknessBucket& b : buckets) {
-    const float t = pick.thickness;
-    const float tol = pick.tolerance;
-    if (!(t >= b.min_thickness - tol && tol + b.max_thickness >= t)) continue;
+    if (!BucketMayHold(b, pick.thickness, pick.tolerance)) continue;
     // Bucket records are trusted to be of the material, as the index says.
     const TableSpan run = ClampToTable(b.first, b.count, rows.size());
     for (std::uint64_t pos = run.first; pos < run.first + run.count; ++pos) {

@@ -1,5 +1,6 @@
 #include "query/pair_index.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "store/database_impl.h"
@@ -7,6 +8,8 @@
 namespace Sparlane {
 
 namespace {
+
+constexpr std::size_t kCountingSortFrom = 65536;
 
 RecordKey KeyOf(const CuttingParameter& r) {
   return RecordKey{r.material_id, r.machine_model_id, r.thickness_mm, r.cut_speed_mm_min};
@@ -39,8 +42,25 @@ void GroupRuns(const std::vector<RecordKey>& keys, IdOf id_of, PositionGroups& k
   }
 }
 
-// Any other table: (id << 32 | position) sorted by id with two stable
-// 16-bit counting passes, so positions stay ascending within an id.
+// Sorts (id << 32 | position) items.  Large tables take two stable 16-bit
+// counting passes over the id; the order is the same as a plain sort's.
+void SortItems(std::vector<std::uint64_t>& items, std::uint32_t largest_id) {
+  if (items.size() < kCountingSortFrom) {
+    std::sort(items.begin(), items.end());
+    return;
+  }
+  std::vector<std::uint64_t> scratch(items.size());
+  for (int shift : {32, 48}) {
+    if (shift == 48 && largest_id <= 0xFFFF) break;  // no high digit to sort by
+    std::vector<std::uint32_t> next(65537, 0);
+    for (std::uint64_t item : items) ++next[((item >> shift) & 0xFFFF) + 1];
+    for (std::size_t d = 0; d < 65536; ++d) next[d + 1] += next[d];
+    for (std::uint64_t item : items) scratch[next[(item >> shift) & 0xFFFF]++] = item;
+    items.swap(scratch);
+  }
+}
+
+// Any other table: positions sorted by id, ascending within an id.
 template <typename IdOf>
 void GroupSorted(const std::vector<RecordKey>& keys, IdOf id_of, PositionGroups& kind) {
   const std::size_t n = keys.size();
@@ -51,15 +71,7 @@ void GroupSorted(const std::vector<RecordKey>& keys, IdOf id_of, PositionGroups&
     if (id > largest) largest = id;
     items[pos] = (static_cast<std::uint64_t>(id) << 32) | pos;
   }
-  std::vector<std::uint64_t> scratch(n);
-  for (int shift : {32, 48}) {
-    if (shift == 48 && largest <= 0xFFFF) break;  // no high digit to sort by
-    std::vector<std::uint32_t> next(65537, 0);
-    for (std::uint64_t item : items) ++next[((item >> shift) & 0xFFFF) + 1];
-    for (std::size_t d = 0; d < 65536; ++d) next[d + 1] += next[d];
-    for (std::uint64_t item : items) scratch[next[(item >> shift) & 0xFFFF]++] = item;
-    items.swap(scratch);
-  }
+  SortItems(items, largest);
   kind.grouped.resize(n);
   std::size_t begin = 0;
   while (begin < n) {
@@ -71,7 +83,7 @@ void GroupSorted(const std::vector<RecordKey>& keys, IdOf id_of, PositionGroups&
     PositionGroup& g = AddGroup(kind, id);
     g.start = static_cast<std::uint32_t>(begin);
     g.count = static_cast<std::uint32_t>(end - begin);
-    g.first_position = kind.grouped[end - 1];
+    g.first_position = kind.grouped[begin];
     begin = end;
   }
 }

@@ -25,6 +25,12 @@ struct TableSpan {
 // An index span cut to the table: positions past its end hold no record.
 TableSpan ClampToTable(std::uint64_t first, std::uint64_t count, std::size_t table_size);
 
+// A thickness-index bucket can hold the thickness within tolerance.  A NaN
+// tolerance qualifies no bucket.
+inline bool BucketMayHold(const ThicknessBucket& b, float thickness, float tolerance) {
+  return thickness >= b.min_thickness - tolerance && tolerance + b.max_thickness >= thickness;
+}
+
 // Calls search(rows) with the compact keys when they describe the table as
 // it is, else with the records.
 template <typename Search>

@@ -14,8 +14,6 @@ void IndexNames(const std::vector<std::string>& names, NameIndex& index) {
   }
 }
 
-constexpr std::size_t kIdSpace = 65536;
-
 }  // namespace
 
 void BuildNameIndexes(DatabaseImpl& impl) {
@@ -24,60 +22,99 @@ void BuildNameIndexes(DatabaseImpl& impl) {
   IndexNames(impl.materials, impl.material_ids);
 }
 
-// Sorting each material's positions by thickness and keeping the first and
-// last is the same as one pass that keeps the strictly thinnest record (the
-// earliest of equals), the largest thickness and the count; the pass avoids
-// the per-material sort.
-void RebuildMaterialIndex(DatabaseImpl& impl) {
-  impl.material_ranges.clear();
-  const std::vector<CuttingParameter>& records = impl.parameters;
-  if (records.empty()) return;
+namespace {
 
-  std::vector<ThicknessBucket> buckets(kIdSpace);
-  std::vector<std::uint16_t> seen;  // ids in order of first appearance
-  for (std::size_t pos = 0; pos < records.size(); ++pos) {
-    const std::uint16_t id = records[pos].material_id;
-    const float t = records[pos].thickness_mm;
-    ThicknessBucket& b = buckets[id];
+// Accumulates both record indexes in id-addressed arrays that grow only to
+// the largest id met, so a rebuild costs one pass and no hashing per record.
+//
+// Sorting a material's positions by thickness and keeping the first and last
+// gives the same bucket as keeping the strictly thinnest record (the earliest
+// of equals), the largest thickness (the last of equals) and the count.
+class IndexBuilder {
+ public:
+  void AddMaterial(std::size_t pos, const CuttingParameter& r) {
+    ThicknessBucket& b = Slot(buckets_, r.material_id);
+    const float t = r.thickness_mm;
     if (b.count == 0) {
       b = ThicknessBucket{t, t, pos, 1};
-      seen.push_back(id);
-      continue;
+      materials_seen_.push_back(r.material_id);
+      return;
     }
     if (t < b.min_thickness) {
       b.min_thickness = t;
       b.first = pos;
     }
-    // The last of equal thicknesses sorts last (this keeps -0.0 vs 0.0 exact).
-    if (t >= b.max_thickness) b.max_thickness = t;
+    if (t >= b.max_thickness) b.max_thickness = t;  // keeps -0.0 vs 0.0 exact
     ++b.count;
   }
-  impl.material_ranges.reserve(seen.size());
-  for (std::uint16_t id : seen) impl.material_ranges[id] = {buckets[id]};
+
+  void AddMachine(std::size_t pos, const CuttingParameter& r) {
+    MachineSpan& s = Slot(spans_, r.machine_model_id);
+    if (s.count++ == 0) {
+      s.first = pos;
+      machines_seen_.push_back(r.machine_model_id);
+    }
+  }
+
+  void StoreMaterials(DatabaseImpl& impl) const {
+    impl.material_ranges.reserve(materials_seen_.size());
+    for (std::uint16_t id : materials_seen_) impl.material_ranges[id] = {buckets_[id]};
+  }
+
+  void StoreMachines(DatabaseImpl& impl) const {
+    impl.machine_records.reserve(machines_seen_.size());
+    for (std::uint16_t id : machines_seen_) impl.machine_records[id] = spans_[id];
+  }
+
+ private:
+  template <typename T>
+  static T& Slot(std::vector<T>& slots, std::uint16_t id) {
+    if (id >= slots.size()) slots.resize(std::size_t{id} + 1, T{});
+    return slots[id];
+  }
+
+  std::vector<ThicknessBucket> buckets_;
+  std::vector<std::uint16_t> materials_seen_;
+  std::vector<MachineSpan> spans_;
+  std::vector<std::uint16_t> machines_seen_;
+};
+
+}  // namespace
+
+void RebuildMaterialIndex(DatabaseImpl& impl) {
+  impl.material_ranges.clear();
+  IndexBuilder builder;
+  for (std::size_t pos = 0; pos < impl.parameters.size(); ++pos) {
+    builder.AddMaterial(pos, impl.parameters[pos]);
+  }
+  builder.StoreMaterials(impl);
 }
 
 void RebuildMachineIndex(DatabaseImpl& impl) {
   impl.machine_records.clear();
-  const std::vector<CuttingParameter>& records = impl.parameters;
-  if (records.empty()) return;
-
-  std::vector<MachineSpan> spans(kIdSpace);
-  std::vector<std::uint16_t> seen;
-  for (std::size_t pos = 0; pos < records.size(); ++pos) {
-    const std::uint16_t id = records[pos].machine_model_id;
-    MachineSpan& s = spans[id];
-    if (s.count++ == 0) {
-      s.first = pos;
-      seen.push_back(id);
-    }
+  IndexBuilder builder;
+  for (std::size_t pos = 0; pos < impl.parameters.size(); ++pos) {
+    builder.AddMachine(pos, impl.parameters[pos]);
   }
-  impl.machine_records.reserve(seen.size());
-  for (std::uint16_t id : seen) impl.machine_records[id] = spans[id];
+  builder.StoreMachines(impl);
+}
+
+// Both indexes from one pass; the material index is stored first, as the
+// separate rebuilds would.
+void RebuildMaterialAndMachineIndexes(DatabaseImpl& impl) {
+  impl.material_ranges.clear();
+  impl.machine_records.clear();
+  IndexBuilder builder;
+  for (std::size_t pos = 0; pos < impl.parameters.size(); ++pos) {
+    builder.AddMaterial(pos, impl.parameters[pos]);
+    builder.AddMachine(pos, impl.parameters[pos]);
+  }
+  builder.StoreMaterials(impl);
+  builder.StoreMachines(impl);
 }
 
 void RebuildRecordIndexes(DatabaseImpl& impl) {
-  RebuildMaterialIndex(impl);
-  RebuildMachineIndex(impl);
+  RebuildMaterialAndMachineIndexes(impl);
   RebuildPairIndex(impl);
 }
 

@@ -24,7 +24,11 @@ void RebuildMaterialIndex(DatabaseImpl& impl);
 // One span per machine model: smallest position and record count.
 void RebuildMachineIndex(DatabaseImpl& impl);
 
-// The material index, then the machine index.
+// The material index, then the machine index, in one pass over the table.
+void RebuildMaterialAndMachineIndexes(DatabaseImpl& impl);
+
+// Everything a rebuild event renews: the two record indexes, then the
+// queries' position lists.
 void RebuildRecordIndexes(DatabaseImpl& impl);
 
 }  // namespace Sparlane

@@ -26,9 +26,36 @@ inline std::string TempPath(const std::string& tail) {
 
 inline bool FileExists(const std::string& path) { return std::ifstream(path).good(); }
 
-inline std::string ReadFile(const std::string& path) {
+inline std::string ReadBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// Whether text streams here write LF as CR LF (Windows), found by trying.
+inline bool TextStreamsWriteCrLf() {
+  static const bool crlf = [] {
+    const std::string probe = ::testing::TempDir() + "export_line_end_probe";
+    { std::ofstream(probe) << '\n'; }
+    const bool result = ReadBytes(probe) == "\r\n";
+    std::remove(probe.c_str());
+    return result;
+  }();
+  return crlf;
+}
+
+// The text the exporter wrote: where text streams turn LF into CR LF, that
+// one step is undone (CR LF back to LF), so the same expectations hold on
+// every platform.  The Windows tests check the CR LF bytes themselves.
+inline std::string ReadFile(const std::string& path) {
+  const std::string bytes = ReadBytes(path);
+  if (!TextStreamsWriteCrLf()) return bytes;
+  std::string text;
+  text.reserve(bytes.size());
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') continue;
+    text += bytes[i];
+  }
+  return text;
 }
 
 inline CuttingParameter Record(std::uint16_t vendor, std::uint16_t machine,

@@ -90,6 +90,10 @@ ReferenceResult ReferenceLoad(const Bytes& f) {
         r.code = ErrorCode::InvalidData;
         return r;
       }
+      if (raw > (16u << 20)) {
+        r.unmodelled = true;
+        return r;
+      }
       std::vector<Sparlane::CuttingParameter> scratch(raw / 64);
       const int got = LZ4_decompress_safe(reinterpret_cast<const char*>(f.data() + pos + 8),
                                           reinterpret_cast<char*>(scratch.data()),

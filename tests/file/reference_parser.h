@@ -13,6 +13,9 @@ namespace filetest {
 
 struct ReferenceResult {
   Sparlane::ErrorCode code = Sparlane::ErrorCode::Success;
+  // Set when a block's raw_size was too large to model here (the literal
+  // scratch array would need gigabytes); such inputs are left out.
+  bool unmodelled = false;
   std::vector<std::string> vendors, machines, materials;
   std::vector<Sparlane::CuttingParameter> records;
 };

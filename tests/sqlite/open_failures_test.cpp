@@ -3,8 +3,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 #include "import_helpers.h"
@@ -133,4 +135,46 @@ TEST(SqliteOpen, UnreadableFileIsAccessDenied) {
   const int code = ImportCodeAsUser(file.path());
   ::chmod(file.path().c_str(), 0644);
   EXPECT_EQ(code, static_cast<int>(ErrorCode::AccessDenied));
+}
+
+// Random damage anywhere in a valid file: the import either succeeds with a
+// loaded database or fails cleanly with a file or data code; never crashes.
+TEST(SqliteOpen, RandomlyDamagedFilesFailCleanly) {
+  SqliteFile file;
+  file.Standard();
+  for (int i = 0; i < 60; ++i) file.Exec(sparlane_test::ParameterRow(1 + i % 2, 1, 1, 1.0 + i));
+  file.Close();
+  std::string pristine;
+  {
+    std::ifstream in(file.path(), std::ios::binary);
+    pristine.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  }
+  ASSERT_GT(pristine.size(), 4096u);
+  std::uint32_t state = 777;
+  auto next = [&state](std::uint32_t n) {
+    state = state * 1664525u + 1013904223u;
+    return (state >> 8) % n;
+  };
+  int failures = 0;
+  for (int round = 0; round < 150; ++round) {
+    std::string damaged = pristine;
+    const int flips = 1 + static_cast<int>(next(8));
+    for (int k = 0; k < flips; ++k) {
+      damaged[next(static_cast<std::uint32_t>(damaged.size()))] = static_cast<char>(next(256));
+    }
+    {
+      std::ofstream out(file.path(), std::ios::binary | std::ios::trunc);
+      out.write(damaged.data(), static_cast<std::streamsize>(damaged.size()));
+    }
+    Database db;
+    const ErrorCode code = db.ImportFromSQLite(file.path());
+    EXPECT_EQ(db.IsLoaded(), code == ErrorCode::Success) << round;
+    if (code == ErrorCode::Success) continue;
+    ++failures;
+    EXPECT_TRUE(code == ErrorCode::CorruptedFile || code == ErrorCode::InvalidData ||
+                code == ErrorCode::IoError)
+        << round << ": " << static_cast<int>(code) << " " << db.GetLastError();
+    EXPECT_FALSE(db.GetLastError().empty());
+  }
+  EXPECT_GT(failures, 0);  // the damage was noticed at least sometimes
 }

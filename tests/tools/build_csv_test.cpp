@@ -193,3 +193,20 @@ TEST(BuildSqlite, WithoutSqliteSupportFailsWithTheLibraryMessage) {
   EXPECT_FALSE(FileExists(dir + "/out.slb"));
 }
 #endif
+
+TEST(BuildCsv, QuoteInsideAnUnquotedFieldIsReported) {
+  const auto b = BuildFrom(std::string(CsvHeader()) + CsvRow("V", "M\"x", "Steel", "2", "3000"));
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":2: quote inside an unquoted field\n"), std::string::npos)
+      << b.run.err;
+}
+
+TEST(BuildCsv, UnwritableOutputFailsWithTheLibraryMessage) {
+  const std::string dir = ScratchDir();
+  WriteText(dir + "/in.csv", std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "2", "3000"));
+  const std::string out = dir + "/no-such-dir/out.slb";
+  const auto run = RunTool({"build", out, "--from-csv", dir + "/in.csv"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: Failed to write binary format to: " + out + "\n" +
+                         "slb-tool: nothing written to " + out + "\n");
+}

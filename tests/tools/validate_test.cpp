@@ -49,6 +49,19 @@ TEST(Validate, OutlierThresholdIsAnOption) {
   EXPECT_EQ(relaxed.out.find("outlier"), std::string::npos) << relaxed.out;
 }
 
+TEST(Validate, InvalidFileExitsOneWithTheLibraryMessage) {
+  // The record check accepts any positive thickness; the whole-file check
+  // stops at 500 mm.
+  const std::string dir = ScratchDir();
+  WriteText(dir + "/in.csv", std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "600", "100"));
+  ASSERT_EQ(RunTool({"build", dir + "/db.slb", "--from-csv", dir + "/in.csv"}).status, 0);
+  const auto run = RunTool({"validate", dir + "/db.slb"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out.substr(run.out.find(": ")), ": INVALID\n  record-check: Steel 600 mm on M (V): "
+                                                "thickness outside 0.1 to 300 mm\n1 finding\n");
+  EXPECT_EQ(run.err, "slb-tool: Thickness out of range in parameter 0\n");
+}
+
 TEST(Validate, JsonListsFindingsWithRecords) {
   const auto run = RunTool({"validate", SamplePath(), "--json"});
   ASSERT_EQ(run.status, 0);
