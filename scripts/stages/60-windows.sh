@@ -21,8 +21,9 @@ export WINEDLLOVERRIDES="mscoree,mshtml="  # no Mono or Gecko installer prompts
 # One wine server for the whole run instead of one per test program.
 stop_wineserver() { wineserver -k >/dev/null 2>&1 || true; }
 trap stop_wineserver EXIT
+# Started before anything else runs, or it would be a short-lived one.
+wineserver -p || true
 "$WINELOADER" wineboot -i >/dev/null 2>&1
-wineserver -p
 echo "windows: wine ready ($(( $(date +%s) - started )) s)"
 
 # Optimised without debug information: mingw debug sections make the links

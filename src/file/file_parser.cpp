@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include "file/header_check.h"
 #include "file/header_codec.h"
 #include "file/lz4_blocks.h"
+#include "file/record_bytes_iterator.h"
 #include "store/indexes.h"
 
 namespace Sparlane {
@@ -64,68 +64,6 @@ ErrorCode ReadNameTable(Cursor& c, TableForm form, std::vector<std::string>& nam
   }
   return ErrorCode::Success;
 }
-
-// Lets vector::assign copy records straight out of unaligned mapped bytes in
-// one pass, without value-initialising the array first.
-class RecordBytesIterator {
- public:
-  using iterator_category = std::random_access_iterator_tag;
-  using value_type = CuttingParameter;
-  using difference_type = std::ptrdiff_t;
-  using pointer = const CuttingParameter*;
-  using reference = CuttingParameter;
-
-  explicit RecordBytesIterator(const std::uint8_t* p) : p_(p) {}
-  CuttingParameter operator*() const {
-    CuttingParameter record;
-    std::memcpy(&record, p_, sizeof record);
-    return record;
-  }
-  RecordBytesIterator& operator++() {
-    p_ += sizeof(CuttingParameter);
-    return *this;
-  }
-  RecordBytesIterator operator++(int) {
-    RecordBytesIterator old = *this;
-    ++*this;
-    return old;
-  }
-  RecordBytesIterator& operator+=(difference_type n) {
-    p_ += n * static_cast<difference_type>(sizeof(CuttingParameter));
-    return *this;
-  }
-  RecordBytesIterator& operator--() {
-    p_ -= sizeof(CuttingParameter);
-    return *this;
-  }
-  RecordBytesIterator operator--(int) {
-    RecordBytesIterator old = *this;
-    --*this;
-    return old;
-  }
-  RecordBytesIterator& operator-=(difference_type n) { return *this += -n; }
-  RecordBytesIterator operator+(difference_type n) const {
-    RecordBytesIterator it = *this;
-    return it += n;
-  }
-  RecordBytesIterator operator-(difference_type n) const {
-    RecordBytesIterator it = *this;
-    return it -= n;
-  }
-  CuttingParameter operator[](difference_type n) const { return *(*this + n); }
-  bool operator<(const RecordBytesIterator& o) const { return p_ < o.p_; }
-  bool operator>(const RecordBytesIterator& o) const { return p_ > o.p_; }
-  bool operator<=(const RecordBytesIterator& o) const { return p_ <= o.p_; }
-  bool operator>=(const RecordBytesIterator& o) const { return p_ >= o.p_; }
-  difference_type operator-(const RecordBytesIterator& o) const {
-    return (p_ - o.p_) / static_cast<difference_type>(sizeof(CuttingParameter));
-  }
-  bool operator==(const RecordBytesIterator& o) const { return p_ == o.p_; }
-  bool operator!=(const RecordBytesIterator& o) const { return p_ != o.p_; }
-
- private:
-  const std::uint8_t* p_;
-};
 
 ErrorCode ReadRawRecords(Cursor& c, std::uint32_t count, std::vector<CuttingParameter>& out) {
   const std::uint64_t bytes = static_cast<std::uint64_t>(count) * sizeof(CuttingParameter);

@@ -2,6 +2,7 @@
 
 #include <lz4.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <memory>

@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <limits>
+#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -98,8 +99,13 @@ TEST(CsvExport, NonFiniteFloatsAreSpelledAsTheStreamDoes) {
   p.cut_height_mm = -std::numeric_limits<float>::infinity();
   p.pierce_height_mm = -std::numeric_limits<float>::quiet_NaN();
   Fill(db, {"V"}, {"M"}, {"S"}, {p});
-  EXPECT_EQ(ExportCsv(db),
-            kHeader + "V,M,S,nan,inf,-inf,-nan,0.0625,120,0.1,1.23457e+06,65,144\n");
+  // The spelling of a negative NaN is the platform's ("-nan" with glibc,
+  // "nan" with the Windows runtime); the others are the same everywhere.
+  std::ostringstream negative_nan;
+  negative_nan << p.pierce_height_mm;
+  EXPECT_TRUE(negative_nan.str() == "-nan" || negative_nan.str() == "nan") << negative_nan.str();
+  EXPECT_EQ(ExportCsv(db), kHeader + "V,M,S,nan,inf,-inf," + negative_nan.str() +
+                               ",0.0625,120,0.1,1.23457e+06,65,144\n");
 }
 
 TEST(CsvExport, IdZeroOrPastTheEndGivesEmptyColumns) {

@@ -543,3 +543,20 @@ TEST(ImportFromSQLite, LeavesTheStoreUntouched) {
   EXPECT_TRUE(db.IsLoaded());
 }
 #endif  // SPARLANE_WITH_SQLITE
+
+TEST_F(LoadTest, HostileCountsReserveOnlyWhatTheBytesCouldHold) {
+  Layout l;
+  Bytes f = BuildFile(GoldenContents(1, 1), &l);
+  Put32(f, 16, 10000000);  // ten million records promised, one block present
+  Reseal(f);
+  DatabaseImpl store;
+  EXPECT_EQ(ParseBytes(f, store), ErrorCode::InvalidParameter);  // no head for block two
+  EXPECT_EQ(store.parameters.size(), 1u);
+  EXPECT_LE(store.parameters.capacity(), (f.size() - l.data) * 255 / 64);
+
+  Bytes g = BuildFile(GoldenContents(0, 0), &l);
+  Put32(g, l.vendor, 0xFFFFFFFFu);
+  DatabaseImpl names;
+  EXPECT_EQ(ParseBytes(g, names), ErrorCode::InvalidData);
+  EXPECT_LE(names.vendors.capacity(), g.size() / 3);
+}

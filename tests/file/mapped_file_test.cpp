@@ -20,6 +20,11 @@ namespace {
 
 // Open descriptors of this process, or -1 where that cannot be counted.
 int OpenDescriptorCount() {
+#ifdef _WIN32
+  // No descriptor table to list; under wine /proc/self/fd would list wine's
+  // own descriptors.  The Windows tests count handles instead.
+  return -1;
+#endif
   std::error_code ec;
   std::filesystem::directory_iterator it("/proc/self/fd", ec);
   if (ec) return -1;

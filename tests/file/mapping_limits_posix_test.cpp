@@ -25,6 +25,7 @@
 using namespace Sparlane;
 using namespace filetest;
 
+#ifndef SPARLANE_TEST_UNDER_ASAN
 namespace {
 
 long VirtualSizeBytes() {
@@ -37,6 +38,7 @@ long VirtualSizeBytes() {
 }
 
 }  // namespace
+#endif
 
 TEST(MappingLimits, AddressSpaceExhaustedIsOutOfMemory) {
 #ifdef SPARLANE_TEST_UNDER_ASAN

@@ -258,3 +258,36 @@ TEST(ImportSheetcam, PlasmaToolsBecomeRecords) {
             std::string::npos)
       << csv;
 }
+
+TEST(ImportPlasmac, ThicknessIsReadFromGaugesFractionsAndUnits) {
+  const std::string dir = ScratchDir();
+  std::string cfg;
+  const char* names[] = {"Stainless Steel - 45 A - 16 GA", "Aluminum - 45 A - 16 GA",
+                         "Mild Steel - 45 A - 16 GA",      "Mild Steel - 45 A - 1/4 IN",
+                         "Mild Steel - 45 A - 1 IN",       "Mild Steel - 45 A - 0.5 MM",
+                         "Mild Steel - 45 A - 99 GA",      "Mild Steel"};
+  int number = 0;
+  for (const char* name : names) {
+    cfg += "[MATERIAL_NUMBER_" + std::to_string(++number) + "]\nNAME = " + name +
+           "\nKERF_WIDTH = 1.5\nPIERCE_HEIGHT = 3.8\nPIERCE_DELAY = 0.5\nCUT_HEIGHT = 1.5\n"
+           "CUT_SPEED = 2000\nCUT_AMPS = 45\nCUT_VOLTS = 128\n";
+  }
+  WriteText(dir + "/m.cfg", cfg);
+  const auto run = RunTool({"build", dir + "/out.slb", "--from-plasmac", dir + "/m.cfg",
+                            "--vendor", "V", "--machine", "M"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.err.find("\"Mild Steel - 45 A - 99 GA\" not placed: no gauge table entry for "
+                         "gauge 99"),
+            std::string::npos)
+      << run.err;
+  EXPECT_NE(run.err.find("\"Mild Steel\" not placed: no thickness in the name"),
+            std::string::npos)
+      << run.err;
+  const std::string csv = ExportCsv(dir + "/out.slb");
+  EXPECT_NE(csv.find("V,M,Stainless steel,1.5875,"), std::string::npos) << csv;
+  EXPECT_NE(csv.find("V,M,Aluminium,1.29032,"), std::string::npos) << csv;
+  EXPECT_NE(csv.find("V,M,Mild steel,1.51892,"), std::string::npos) << csv;
+  EXPECT_NE(csv.find("V,M,Mild steel,6.35,"), std::string::npos) << csv;
+  EXPECT_NE(csv.find("V,M,Mild steel,25.4,"), std::string::npos) << csv;
+  EXPECT_NE(csv.find("V,M,Mild steel,0.5,"), std::string::npos) << csv;
+}

@@ -81,6 +81,15 @@ TEST(OpenErrors, InvalidNameIsIoError) {
   ExpectLoadFails(dir.Utf8("bad<name>.bin"), ErrorCode::IoError);
 }
 
+TEST(OpenErrors, InvalidUtf8IsReplacedNotRefused) {
+  // The conversion runs without MB_ERR_INVALID_CHARS: bad bytes become
+  // U+FFFD and the open goes ahead, so such a path is simply not found.
+  TempDir dir;
+  const std::string bad = "\xFF\xFE-\xC3.bin";
+  ASSERT_GT(MultiByteToWideChar(CP_UTF8, 0, bad.c_str(), -1, nullptr, 0), 0);
+  ExpectLoadFails(dir.Utf8(bad), ErrorCode::FileNotFound);
+}
+
 TEST(OpenErrors, FileShorterThanHeaderIsCorrupted) {
   TempDir dir;
   ASSERT_TRUE(WriteAll(dir.Wide("short.bin"), std::vector<std::uint8_t>(1023, 0)));

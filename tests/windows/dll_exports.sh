@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# sparlane.dll exports the Sparlane interface only and needs nothing but
+# system DLLs (the compiler runtime is linked in).
+# Usage: dll_exports.sh OBJDUMP DLL
+set -euo pipefail
+objdump="$1" dll="$2"
+dump="$("$objdump" -p "$dll")"
+
+imports="$(sed -n 's/^[[:space:]]*DLL Name: //p' <<<"$dump" | tr 'A-Z' 'a-z' | sort -u)"
+for name in $imports; do
+  case "$name" in
+    kernel32.dll|msvcrt.dll|ucrtbase.dll|api-ms-win-*.dll) ;;
+    *) echo "sparlane.dll needs $name beside it" >&2; exit 1 ;;
+  esac
+done
+
+exports="$(sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/p' <<<"$dump" | sed -n 's/^[[:space:]]*\[ *[0-9]*\] //p')"
+count="$(grep -c . <<<"$exports" || true)"
+if [ "$count" -lt 40 ]; then
+  echo "only $count exports; the Database class and Testing functions are missing" >&2
+  exit 1
+fi
+foreign="$(grep -v '8Sparlane' <<<"$exports" || true)"
+if [ -n "$foreign" ]; then
+  echo "exports outside the Sparlane namespace:" >&2
+  echo "$foreign" >&2
+  exit 1
+fi
+for symbol in _ZN8Sparlane8Database14LoadFromBinaryERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE \
+              _ZN8Sparlane7Testing14CalculateCRC32EPKhy; do
+  grep -qx "$symbol" <<<"$exports" || { echo "missing export $symbol" >&2; exit 1; }
+done
+echo "sparlane.dll: $count exports, imports: $(tr '\n' ' ' <<<"$imports")"
