@@ -5,5 +5,5 @@ BUILD_ROOT="${SPARLANE_BUILD_ROOT:-$ROOT/build}"
 JOBS="${JOBS:-$(nproc 2>/dev/null || echo 2)}"
 BASE_PACKAGES=(build-essential g++ clang cmake ninja-build pkg-config liblz4-dev
                libgtest-dev libgmock-dev googletest libbenchmark-dev libsqlite3-dev
-               nlohmann-json3-dev libcli11-dev)
+               nlohmann-json3-dev libcli11-dev libclang-rt-dev)
 ensure_base_packages() { "$ROOT/scripts/ensure-packages.sh" "${BASE_PACKAGES[@]}"; }
