@@ -17,5 +17,12 @@ rm -rf "$seeds" && mkdir -p "$seeds" "$corpus"
 "$dir/fuzz/make_seed_corpus" "$seeds"
 artifacts="$dir/artifacts"
 mkdir -p "$artifacts"
-"$dir/fuzz/fuzz_file_parser" -max_total_time="$seconds" -max_len=65536 -rss_limit_mb=2048 \
-  -print_final_stats=1 -artifact_prefix="$artifacts/" "$corpus" "$seeds"
+# The run's progress lines go to a log; the summary, or the finding, is shown.
+log="$dir/fuzz.log"
+if "$dir/fuzz/fuzz_file_parser" -max_total_time="$seconds" -max_len=65536 -rss_limit_mb=2048 \
+    -print_final_stats=1 -artifact_prefix="$artifacts/" "$corpus" "$seeds" >"$log" 2>&1; then
+  grep -E '^(#[0-9]+[[:space:]]+DONE|Done|stat::)' "$log"
+else
+  tail -n 60 "$log"
+  exit 1
+fi

@@ -1,22 +1,11 @@
 // Testing::ValidateParameter: the strict physical-range check of one record.
 // Its limits are tighter than Validate's on purpose (300 mm, 20000 mm/min).
-#include <cmath>
-
 #include "sparlane/sparlane.h"
+#include "store/record_fields.h"
 
 namespace Sparlane {
 namespace Testing {
 namespace {
-
-bool AllFloatsFinite(const CuttingParameter& p) {
-  const float fields[] = {p.thickness_mm,       p.cut_speed_mm_min, p.cut_height_mm,
-                          p.pierce_height_mm,   p.transfer_height_mm, p.arc_voltage_v,
-                          p.pierce_time_s,      p.kerf_width_mm};
-  for (float f : fields) {
-    if (!std::isfinite(f)) return false;
-  }
-  return true;
-}
 
 bool AnyHeightOrTimeNegative(const CuttingParameter& p) {
   return p.cut_height_mm < 0.0f || p.pierce_height_mm < 0.0f || p.transfer_height_mm < 0.0f ||
@@ -27,7 +16,7 @@ bool AnyHeightOrTimeNegative(const CuttingParameter& p) {
 
 ErrorCode ValidateParameter(const CuttingParameter& p) {
   const ErrorCode bad = ErrorCode::InvalidParameter;
-  if (!AllFloatsFinite(p)) return bad;
+  if (!AllFloatFieldsFinite(p)) return bad;
   if (p.vendor_id == 0 || p.machine_model_id == 0 || p.material_id == 0) return bad;
   if (p.thickness_mm < 0.1f || p.thickness_mm > 300.0f) return bad;
   if (p.cut_speed_mm_min < 10.0f || p.cut_speed_mm_min > 20000.0f) return bad;
