@@ -34,6 +34,30 @@ const CuttingParameter* SearchExact(const DatabaseImpl& d, const Rows& rows,
   return nullptr;
 }
 
+// On a table in (material, machine) order only the pair's own run is read.
+const CuttingParameter* SearchExactInPairOrder(const DatabaseImpl& d, std::uint16_t material_id,
+                                               std::uint16_t machine_id, float thickness,
+                                               float tolerance) {
+  const PairIndex& index = d.pair_index;
+  const PositionGroup* group = FindPairGroup(index, material_id, machine_id);
+  if (group == nullptr) return nullptr;  // no row of the pair can match
+  const TableSpan run{group->first_position, group->size()};
+  bool found = false;
+  auto ranges = d.material_ranges.find(material_id);
+  if (ranges == d.material_ranges.end()) {
+    const std::uint64_t pos =
+        BisectWithinToleranceInPairRun(index.keys, run, run, thickness, tolerance, &found);
+    return found ? &d.parameters[pos] : nullptr;
+  }
+  for (const ThicknessBucket& bucket : ranges->second) {
+    if (!BucketMayHold(bucket, thickness, tolerance)) continue;
+    const std::uint64_t pos = BisectWithinToleranceInPairRun(
+        index.keys, TableSpan{bucket.first, bucket.count}, run, thickness, tolerance, &found);
+    if (found) return &d.parameters[pos];
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 std::optional<CuttingParameter> Database::FindExact(const std::string& material, float thickness,
@@ -46,9 +70,12 @@ std::optional<CuttingParameter> Database::FindExact(const std::string& material,
   const std::uint16_t machine_id = ResolveName(d.machine_ids, machine_model);
   if (material_id == 0 || machine_id == 0) return std::nullopt;
 
-  const CuttingParameter* hit = WithSearchRows(d, [&](const auto& rows) {
-    return SearchExact(d, rows, material_id, machine_id, thickness, tolerance);
-  });
+  const CuttingParameter* hit =
+      PairIndexCurrent(d) && d.pair_index.pair_ordered
+          ? SearchExactInPairOrder(d, material_id, machine_id, thickness, tolerance)
+          : WithSearchRows(d, [&](const auto& rows) {
+              return SearchExact(d, rows, material_id, machine_id, thickness, tolerance);
+            });
 
   const double elapsed_us = ElapsedMicros(start, MonotonicNanos());
   d.metrics.Record(elapsed_us, hit != nullptr);
