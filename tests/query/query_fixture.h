@@ -14,6 +14,7 @@
 #include "sparlane/sparlane.h"
 #include "store/database_impl.h"
 #include "store/indexes.h"
+#include "../support/catalogue.h"
 
 namespace query_test {
 
@@ -46,22 +47,9 @@ inline CuttingParameter Record(std::uint16_t material, std::uint16_t machine, fl
   return p;
 }
 
-inline bool SameBytes(const CuttingParameter& a, const CuttingParameter& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
+using test_support::SameBytes;
 
-// Created database with vendors V1..Vn owning machines M1..Mn and materials
-// Mat1..Matk (ids equal to the number in the name).
-inline void MakeCatalogue(Database& db, int machines, int materials) {
-  ASSERT_EQ(db.Create(), ErrorCode::Success);
-  for (int i = 1; i <= machines; ++i) {
-    ASSERT_EQ(db.AddMachine("V" + std::to_string(i), "M" + std::to_string(i), ""),
-              ErrorCode::Success);
-  }
-  for (int i = 1; i <= materials; ++i) {
-    ASSERT_EQ(db.AddMaterial("Mat" + std::to_string(i)), ErrorCode::Success);
-  }
-}
+using test_support::MakeCatalogue;
 
 // Replaces the table with records and rebuilds the record indexes, as a load
 // does.

@@ -16,6 +16,7 @@
 
 #include "sparlane/sparlane.h"
 #include "store/database_impl.h"
+#include "../support/catalogue.h"
 
 namespace sparlane_test {
 
@@ -45,22 +46,9 @@ inline CuttingParameter ValidRecord(float thickness = 6.0f, std::uint16_t vendor
   return p;
 }
 
-inline bool SameBytes(const CuttingParameter& a, const CuttingParameter& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
+using test_support::SameBytes;
 
-// A created database with vendors V1..Vn (one machine M1..Mn each) and
-// materials Mat1..Matk.
-inline void MakeCatalogue(Database& db, int machines, int materials) {
-  ASSERT_EQ(db.Create(), ErrorCode::Success);
-  for (int i = 1; i <= machines; ++i) {
-    ASSERT_EQ(db.AddMachine("V" + std::to_string(i), "M" + std::to_string(i), ""),
-              ErrorCode::Success);
-  }
-  for (int i = 1; i <= materials; ++i) {
-    ASSERT_EQ(db.AddMaterial("Mat" + std::to_string(i)), ErrorCode::Success);
-  }
-}
+using test_support::MakeCatalogue;
 
 // The record indexes as ordered maps, so whole indexes compare with ==.
 struct BucketView {
