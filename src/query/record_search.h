@@ -53,19 +53,25 @@ std::uint64_t PartitionPoint(const Rows& rows, std::uint64_t lo, std::uint64_t h
   return lo;
 }
 
-// The pair's run by bisection over the whole table: lower bound on the
-// material, then lower and upper bound on (material, machine) from there.
+// The pair's run by bisection: the material's run is its lower and upper
+// bound over the whole table; the pair's run is the machine's lower and upper
+// bound within the material's run, comparing the machine id alone.  Each
+// bound is its own bisection over the stated range, so on a table out of
+// order the span is exactly what those four bisections give.  An upper bound
+// never falls below the lower bound over the same range.
 template <typename Rows>
 TableSpan BisectPairSpan(const Rows& rows, std::uint16_t material_id, std::uint16_t machine_id) {
-  const std::uint32_t key = PairKey(material_id, machine_id);
-  auto pair_of = [](const auto& r) { return PairKey(r.material_id, r.machine_model_id); };
   const std::uint64_t size = rows.size();
   const std::uint64_t material_begin =
       PartitionPoint(rows, 0, size, [&](const auto& r) { return r.material_id < material_id; });
-  const std::uint64_t begin =
-      PartitionPoint(rows, material_begin, size, [&](const auto& r) { return pair_of(r) < key; });
-  const std::uint64_t end =
-      PartitionPoint(rows, begin, size, [&](const auto& r) { return !(key < pair_of(r)); });
+  const std::uint64_t material_end =
+      PartitionPoint(rows, 0, size, [&](const auto& r) { return r.material_id <= material_id; });
+  const std::uint64_t begin = PartitionPoint(
+      rows, material_begin, material_end,
+      [&](const auto& r) { return r.machine_model_id < machine_id; });
+  const std::uint64_t end = PartitionPoint(
+      rows, material_begin, material_end,
+      [&](const auto& r) { return r.machine_model_id <= machine_id; });
   return TableSpan{begin, end - begin};
 }
 

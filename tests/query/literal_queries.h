@@ -97,20 +97,19 @@ class LiteralQueries {
     return best;
   }
 
-  // [first, last) of the pair by bisection over the whole table.
+  // [first, last) of the pair by the three bisections as written: the
+  // material's run is its lower and upper bound over the whole table, the
+  // machine's lower and upper bound compare the machine id alone within that
+  // run.  Each bound is the textbook count-and-half bisection.
   std::pair<std::size_t, std::size_t> PairSpan(std::uint16_t mat, std::uint16_t mach) const {
     const auto& p = d_.parameters;
-    auto mat_begin = std::partition_point(p.begin(), p.end(),
-                                          [&](const CP& r) { return r.material_id < mat; });
-    auto less = [](const CP& r, std::uint16_t m, std::uint16_t x) {
-      return r.material_id < m || (r.material_id == m && r.machine_model_id < x);
-    };
-    auto begin = std::partition_point(mat_begin, p.end(),
-                                      [&](const CP& r) { return less(r, mat, mach); });
-    auto end = std::partition_point(begin, p.end(), [&](const CP& r) {
-      return !(mat < r.material_id || (mat == r.material_id && mach < r.machine_model_id));
-    });
-    return {static_cast<std::size_t>(begin - p.begin()), static_cast<std::size_t>(end - p.begin())};
+    const std::size_t mat_first = Bound(0, p.size(), [&](const CP& r) { return r.material_id < mat; });
+    const std::size_t mat_last = Bound(0, p.size(), [&](const CP& r) { return !(mat < r.material_id); });
+    const std::size_t first =
+        Bound(mat_first, mat_last, [&](const CP& r) { return r.machine_model_id < mach; });
+    const std::size_t last =
+        Bound(mat_first, mat_last, [&](const CP& r) { return !(mach < r.machine_model_id); });
+    return {first, last};
   }
 
   std::optional<CP> FindExact(const std::string& material, float t, const std::string& machine,
@@ -219,6 +218,23 @@ class LiteralQueries {
   static std::uint16_t Id(const Sparlane::NameIndex& index, const std::string& name) {
     auto it = index.find(name);
     return it == index.end() ? 0 : it->second;
+  }
+
+  // First position of [first, last) where go_right turns false, probing
+  // the middle of what is left each time.
+  template <typename GoRight>
+  std::size_t Bound(std::size_t first, std::size_t last, GoRight go_right) const {
+    std::size_t count = last - first;
+    while (count > 0) {
+      const std::size_t half = count / 2;
+      if (go_right(d_.parameters[first + half])) {
+        first += half + 1;
+        count -= half + 1;
+      } else {
+        count = half;
+      }
+    }
+    return first;
   }
 
   std::optional<CP> Bisect(std::size_t lo, std::size_t hi, std::uint16_t mat, std::uint16_t mach,
