@@ -5,6 +5,7 @@
 
 #include "commands.h"
 #include "exit_status.h"
+#include "load_database.h"
 #include "json_writer.h"
 
 namespace slb {

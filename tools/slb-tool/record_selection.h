@@ -3,6 +3,7 @@
 #ifndef SLB_TOOL_RECORD_SELECTION_H_
 #define SLB_TOOL_RECORD_SELECTION_H_
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ struct RecordRequest {
   float thickness = 0.0f;
   float exact_tolerance = -1.0f;  // >= 0 when --exact was given
   bool nearest = false;
+  bool allow_extrapolation = false;
   bool json = false;
 
   SelectionMode Mode() const;
@@ -42,11 +44,31 @@ struct Selection {
 };
 
 // Adds FILE, --material, --machine, --thickness, --exact, --nearest,
-// --interpolate and --json to a subcommand.
+// --interpolate, --allow-extrapolation and --json to a subcommand.  The
+// thickness must be a finite number greater than 0, the tolerance a finite
+// number of 0 or more.
 void AddRecordOptions(CLI::App* command, RecordRequest& request);
 
+// Finds the record in the requested mode.  Nothing is found (miss_reason
+// says why) when the thickness lies beyond the extrapolation limit of the
+// listed rows of the material and machine (unless allowed), or when the
+// settings found fail the strict record check: no unsafe setting is ever
+// handed out.
 Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
                        const RecordRequest& request);
+
+// The listed records of a material, on one machine model when machine_id is
+// given, and the refusal of a thickness beyond their extrapolation limit:
+// "" when the thickness may be answered.
+std::vector<Sparlane::CuttingParameter> ListedRecords(const Sparlane::Database& db,
+                                                      const std::string& material,
+                                                      std::optional<std::uint16_t> machine_id);
+std::string ExtrapolationProblem(const std::vector<Sparlane::CuttingParameter>& listed,
+                                 double thickness_mm, const std::string& what);
+
+// Why settings must not be shown: "" when they pass the strict record check.
+std::string UnsafeSettingsProblem(const Sparlane::CuttingParameter& p, const std::string& what,
+                                  double thickness_mm);
 
 const char* ModeName(SelectionMode mode);
 
