@@ -8,12 +8,19 @@ namespace slb {
 
 constexpr double kMargin = 0.25;
 
-double ThicknessSpan::LowestAllowed() const { return thinnest_mm * (1.0 - kMargin); }
+// The limits are rounded to floats, the precision of the thicknesses they
+// are compared with, so that the printed limit is itself allowed.
+double ThicknessSpan::LowestAllowed() const {
+  return static_cast<float>(thinnest_mm * (1.0 - kMargin));
+}
 
-double ThicknessSpan::HighestAllowed() const { return thickest_mm * (1.0 + kMargin); }
+double ThicknessSpan::HighestAllowed() const {
+  return static_cast<float>(thickest_mm * (1.0 + kMargin));
+}
 
 bool ThicknessSpan::Allows(double thickness_mm) const {
-  return thickness_mm >= LowestAllowed() && thickness_mm <= HighestAllowed();
+  const double t = static_cast<float>(thickness_mm);
+  return t >= LowestAllowed() && t <= HighestAllowed();
 }
 
 std::optional<ThicknessSpan> SpanOf(const std::vector<Sparlane::CuttingParameter>& records) {

@@ -20,8 +20,10 @@ struct ThicknessSpan {
   float thinnest_mm = 0.0f;
   float thickest_mm = 0.0f;
 
-  double LowestAllowed() const;   // 0.75 x thinnest
-  double HighestAllowed() const;  // 1.25 x thickest
+  double LowestAllowed() const;   // 0.75 x thinnest, as a float
+  double HighestAllowed() const;  // 1.25 x thickest, as a float
+  // True when the thickness (as a float) lies within the allowed range,
+  // ends included.
   bool Allows(double thickness_mm) const;
 };
 

@@ -23,7 +23,8 @@ char g_staging_dir[kGuardedPathBytes];
 char g_staging_file[kGuardedPathBytes];
 char g_staging_tmp[kGuardedPathBytes];
 volatile sig_atomic_t g_guarding = 0;
-const int kCleanupSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+// SIGXFSZ: a write past the file size limit ends the program like an interrupt.
+const int kCleanupSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXFSZ};
 
 void RemoveStaging(int signal_number) {
   if (g_guarding) {

@@ -154,6 +154,16 @@ Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
       selection.confidence = result.confidence;
       selection.extrapolated = result.extrapolated;
       FindNeighbours(listed, request, selection);
+      // An answer built from an absurd row is no better than the row.
+      for (const auto& row : selection.neighbours) {
+        const std::string finding = StrictCheckFinding(row);
+        if (finding.empty()) continue;
+        selection.miss_reason = "the listed row of " + what + " at " +
+                                FormatNumber(row.thickness_mm) +
+                                " mm that the settings are built from fails the strict record "
+                                "check, so none are shown: " + finding;
+        return selection;
+      }
       break;
     }
   }
