@@ -6,24 +6,13 @@
 #include <random>
 
 #include "import_table.h"
+#include "test_database.h"
 
 namespace {
 
 using Sparlane::CuttingParameter;
 
-CuttingParameter Values(float thickness, float speed) {
-  CuttingParameter p{};
-  p.thickness_mm = thickness;
-  p.cut_speed_mm_min = speed;
-  p.cut_height_mm = 1;
-  p.pierce_height_mm = 2;
-  p.transfer_height_mm = 2;
-  p.arc_voltage_v = 100;
-  p.pierce_time_s = 0.5f;
-  p.kerf_width_mm = 1;
-  p.current_amps = 40;
-  return p;
-}
+CuttingParameter Values(float thickness, float speed) { return tooltest::Settings(thickness, speed); }
 
 struct Added {
   std::string vendor;

@@ -185,7 +185,7 @@ TEST(SafeWrite, BuildOverItsOwnInputIsRefused) {
   const auto run = RunTool({"build", dir + "/in.csv", "--from-csv", dir + "/in.csv"});
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.err, "slb-tool: refusing to write " + dir + "/in.csv: it is the input file " +
-                         dir + "/in.csv\n");
+                         dir + "/in.csv\nslb-tool: nothing written to " + dir + "/in.csv\n");
   EXPECT_EQ(ReadText(dir + "/in.csv"), TwoRowCsv());
 }
 

@@ -7,23 +7,15 @@
 #include <random>
 
 #include "strict_check.h"
+#include "test_database.h"
 
 namespace {
 
 using Sparlane::CuttingParameter;
 
 CuttingParameter Valid() {
-  CuttingParameter p{};
+  CuttingParameter p = tooltest::Settings(6, 2000);
   p.vendor_id = p.machine_model_id = p.material_id = 1;
-  p.thickness_mm = 6;
-  p.cut_speed_mm_min = 2000;
-  p.cut_height_mm = 1.5f;
-  p.pierce_height_mm = 3.8f;
-  p.transfer_height_mm = 3.8f;
-  p.arc_voltage_v = 120;
-  p.pierce_time_s = 0.5f;
-  p.kerf_width_mm = 1.5f;
-  p.current_amps = 45;
   return p;
 }
 

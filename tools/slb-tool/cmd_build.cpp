@@ -210,13 +210,9 @@ int RunBuild(BuildOptions& options) {
   if (!out) return Fail(error);
   options.out_path = *out;
   // Checked first, so that a long import is not wasted on a bad target.
-  if (SameFile(options.Input(), options.out_path)) {
-    return Fail("refusing to write " + options.out + ": it is the input file " +
-                options.Input());
-  }
-  const std::string target_problem = TargetProblem(options.out_path);
-  if (!target_problem.empty()) {
-    Fail(target_problem);
+  const std::string problem = OutputProblem(options.out, options.out_path, options.Input());
+  if (!problem.empty()) {
+    Fail(problem);
     return NothingWritten(options);
   }
   if (!options.csv.empty()) return BuildFromCsv(options);

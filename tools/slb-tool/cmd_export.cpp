@@ -24,11 +24,8 @@ int RunExport(const ExportOptions& options) {
   std::string error;
   const auto out = ResolvePath(given_out, error);
   if (!out) return Fail(error);
-  if (SameFile(options.file, *out)) {
-    return Fail("refusing to write " + given_out + ": it is the input file " + options.file);
-  }
-  const std::string target_problem = TargetProblem(*out);
-  if (!target_problem.empty()) return Fail(target_problem);
+  const std::string problem = OutputProblem(given_out, *out, options.file);
+  if (!problem.empty()) return Fail(problem);
   Sparlane::Database db;
   if (!LoadDatabase(db, options.file)) return kExitFailure;
   error = ReplaceFile(*out, [&](const std::string& staging) {

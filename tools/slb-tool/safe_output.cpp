@@ -101,4 +101,12 @@ bool SameFile(const std::string& a, const std::string& b) {
   return !ec && same;
 }
 
+std::string OutputProblem(const std::string& out_given, const std::string& out_path,
+                          const std::string& input) {
+  if (SameFile(input, out_path)) {
+    return "refusing to write " + out_given + ": it is the input file " + input;
+  }
+  return TargetProblem(out_path);
+}
+
 }  // namespace slb

@@ -32,6 +32,12 @@ std::string ReplaceFile(const std::string& target, const StagedWrite& write);
 // True when both paths exist and are the same file (device and inode).
 bool SameFile(const std::string& a, const std::string& b);
 
+// Why a run that reads input must not write the output named out_given
+// (out_path, resolved): it is the input file itself, by any name, or its
+// TargetProblem.  "" when it may.
+std::string OutputProblem(const std::string& out_given, const std::string& out_path,
+                          const std::string& input);
+
 }  // namespace slb
 
 #endif  // SLB_TOOL_SAFE_OUTPUT_H_
