@@ -234,3 +234,54 @@ TEST(BuildCsv, OutputInAMissingDirectoryIsReported) {
                          "slb-tool: nothing written to " + out + "\n");
   EXPECT_FALSE(FileExists(dir + "/no-such-dir"));
 }
+
+#if defined(SPARLANE_WITH_SQLITE)
+#include "../sqlite/sqlite_fixture.h"
+
+TEST(BuildSqlite, RecordsFailingTheStrictCheckWriteNothing) {
+  sparlane_test::SqliteFile db;
+  db.Exec(sparlane_test::SchemaSql());
+  db.Exec(sparlane_test::NamesSql());
+  db.Exec(sparlane_test::ParameterRow(1, 1, 1, 3.0));
+  db.Exec(sparlane_test::ParameterRow(1, 1, 1, 250.0));  // 350 V
+  db.Close();
+  const std::string dir = ScratchDir();
+  WriteText(dir + "/keep.slb", "old");
+  const auto run = RunTool({"build", dir + "/keep.slb", "--from-sqlite", db.path()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: " + db.path() + ": Mild steel 250 mm on M-45 (Vendor A): "
+                     "arc_voltage_v must be 20 to 300 V (is 350)\nslb-tool: nothing written to " +
+                         dir + "/keep.slb\n");
+  EXPECT_EQ(ReadText(dir + "/keep.slb"), "old");
+}
+
+TEST(BuildSqlite, ValidRecordsAreWrittenSafely) {
+  sparlane_test::SqliteFile db;
+  db.Exec(sparlane_test::SchemaSql());
+  db.Exec(sparlane_test::NamesSql());
+  db.Exec(sparlane_test::ParameterRow(1, 1, 1, 3.0));
+  db.Exec(sparlane_test::ParameterRow(2, 2, 2, 6.0));
+  db.Close();
+  const std::string dir = ScratchDir();
+  const auto run = RunTool({"build", dir + "/out.slb", "--from-sqlite", db.path()});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out, "wrote " + dir + "/out.slb: 2 records\n");
+  EXPECT_EQ(DirectoryEntries(dir), std::vector<std::string>{"out.slb"});
+}
+
+TEST(BuildSqlite, DatabaseWithoutRecordsWritesNothing) {
+  sparlane_test::SqliteFile db;
+  db.Exec(sparlane_test::SchemaSql());
+  db.Exec(sparlane_test::NamesSql());
+  db.Close();
+  const std::string dir = ScratchDir();
+  const auto run = RunTool({"build", dir + "/out.slb", "--from-sqlite", db.path()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: no records; nothing written to " + dir + "/out.slb\n");
+  EXPECT_FALSE(FileExists(dir + "/out.slb"));
+}
+#endif
+
+TEST(BuildSqlite, SkipInvalidDoesNotApplyToSqlite) {
+  EXPECT_EQ(RunTool({"build", "out.slb", "--from-sqlite", "any.db", "--skip-invalid"}).status, 2);
+}

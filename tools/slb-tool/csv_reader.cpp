@@ -6,12 +6,12 @@ namespace slb {
 namespace {
 
 constexpr std::size_t kBlockBytes = 1 << 16;
-const char kByteOrderMark[] = "\xEF\xBB\xBF";
+constexpr std::size_t kByteOrderMarkBytes = 3;  // EF BB BF
 
 }  // namespace
 
 CsvReader::CsvReader(std::istream& in) : in_(in), buffer_(kBlockBytes) {
-  if (Peek(0) == 0xEF && Peek(1) == 0xBB && Peek(2) == 0xBF) Skip(sizeof kByteOrderMark - 1);
+  if (Peek(0) == 0xEF && Peek(1) == 0xBB && Peek(2) == 0xBF) Skip(kByteOrderMarkBytes);
 }
 
 // Keeps at least wanted bytes ahead of pos_ when the stream has them.
