@@ -6,8 +6,8 @@
 
 #include "commands.h"
 #include "exit_status.h"
-#include "load_database.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
 #include "number_options.h"
 #include "record_selection.h"

@@ -9,8 +9,8 @@
 
 #include "commands.h"
 #include "exit_status.h"
-#include "load_database.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
 #include "text_table.h"
 

@@ -7,12 +7,12 @@
 #include "catalogue.h"
 #include "commands.h"
 #include "exit_status.h"
-#include "load_database.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
 #include "number_options.h"
-#include "record_selection.h"
 #include "record_view.h"
+#include "settings_safety.h"
 
 namespace slb {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "commands.h"
 #include "exit_status.h"
-#include "load_database.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
 #include "record_selection.h"
 #include "record_view.h"

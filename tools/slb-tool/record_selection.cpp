@@ -1,12 +1,10 @@
 #include "record_selection.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 
-#include "extrapolation_limit.h"
 #include "number_format.h"
 #include "number_options.h"
-#include "strict_check.h"
+#include "settings_safety.h"
 
 namespace slb {
 
@@ -46,35 +44,6 @@ void AddRecordOptions(CLI::App* command, RecordRequest& request) {
   command->add_flag("--allow-extrapolation", request.allow_extrapolation,
                     "Answer a thickness more than 25 % beyond the listed rows too");
   command->add_flag("--json", request.json, "Machine-readable output");
-}
-
-std::vector<Sparlane::CuttingParameter> ListedRecords(const Sparlane::Database& db,
-                                                      const std::string& material,
-                                                      std::optional<std::uint16_t> machine_id) {
-  auto records = db.FindByMaterial(material);
-  if (machine_id) {
-    records.erase(std::remove_if(records.begin(), records.end(),
-                                 [&](const Sparlane::CuttingParameter& r) {
-                                   return r.machine_model_id != *machine_id;
-                                 }),
-                  records.end());
-  }
-  return records;
-}
-
-std::string ExtrapolationProblem(const std::vector<Sparlane::CuttingParameter>& listed,
-                                 double thickness_mm, const std::string& what) {
-  const auto span = SpanOf(listed);
-  if (!span || span->Allows(thickness_mm)) return std::string();
-  return ExtrapolationRefusal(thickness_mm, *span, what);
-}
-
-std::string UnsafeSettingsProblem(const Sparlane::CuttingParameter& p, const std::string& what,
-                                  double thickness_mm) {
-  const std::string finding = StrictCheckFinding(p);
-  if (finding.empty()) return finding;
-  return "the settings found for " + what + " at " + FormatNumber(thickness_mm) +
-         " mm fail the strict record check and are not shown: " + finding;
 }
 
 namespace {
@@ -154,16 +123,8 @@ Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
       selection.confidence = result.confidence;
       selection.extrapolated = result.extrapolated;
       FindNeighbours(listed, request, selection);
-      // An answer built from an absurd row is no better than the row.
-      for (const auto& row : selection.neighbours) {
-        const std::string finding = StrictCheckFinding(row);
-        if (finding.empty()) continue;
-        selection.miss_reason = "the listed row of " + what + " at " +
-                                FormatNumber(row.thickness_mm) +
-                                " mm that the settings are built from fails the strict record "
-                                "check, so none are shown: " + finding;
-        return selection;
-      }
+      selection.miss_reason = UnsafeSourceProblem(selection.neighbours, what);
+      if (!selection.miss_reason.empty()) return selection;
       break;
     }
   }

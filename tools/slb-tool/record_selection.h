@@ -3,7 +3,6 @@
 #ifndef SLB_TOOL_RECORD_SELECTION_H_
 #define SLB_TOOL_RECORD_SELECTION_H_
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -56,19 +55,6 @@ void AddRecordOptions(CLI::App* command, RecordRequest& request);
 // handed out.
 Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
                        const RecordRequest& request);
-
-// The listed records of a material, on one machine model when machine_id is
-// given, and the refusal of a thickness beyond their extrapolation limit:
-// "" when the thickness may be answered.
-std::vector<Sparlane::CuttingParameter> ListedRecords(const Sparlane::Database& db,
-                                                      const std::string& material,
-                                                      std::optional<std::uint16_t> machine_id);
-std::string ExtrapolationProblem(const std::vector<Sparlane::CuttingParameter>& listed,
-                                 double thickness_mm, const std::string& what);
-
-// Why settings must not be shown: "" when they pass the strict record check.
-std::string UnsafeSettingsProblem(const Sparlane::CuttingParameter& p, const std::string& what,
-                                  double thickness_mm);
 
 const char* ModeName(SelectionMode mode);
 
