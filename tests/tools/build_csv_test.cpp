@@ -34,8 +34,9 @@ TEST(BuildCsv, BadRowIsReportedWithFileAndLineAndNothingIsWritten) {
                            CsvRow("V", "M", "Steel", "0", "2000"));
   EXPECT_EQ(b.run.status, 1);
   EXPECT_EQ(b.run.out, "");
-  EXPECT_EQ(b.run.err, "slb-tool: " + b.csv + ":3: Material thickness must be positive\n" +
-                           "slb-tool: nothing written to " + b.out + "\n");
+  EXPECT_EQ(b.run.err, "slb-tool: " + b.csv + ":3: thickness_mm must be 0.1 to 300 mm (is 0)\n" +
+                           "slb-tool: nothing written to " + b.out +
+                           "; --skip-invalid builds from the valid rows\n");
   EXPECT_FALSE(FileExists(b.out));
   EXPECT_FALSE(FileExists(b.out + ".tmp"));
 }
@@ -45,11 +46,14 @@ TEST(BuildCsv, EveryBadRowIsReported) {
                            "V,M,Steel,3,1000,1.5,3.8,3.8,120,0.5,1.5,0,0\n" +
                            CsvRow("V", "M", "Steel", "nan", "100"));
   EXPECT_EQ(b.run.status, 1);
-  EXPECT_NE(b.run.err.find(b.csv + ":2: Cut speed must be positive\n"), std::string::npos)
+  EXPECT_NE(b.run.err.find(b.csv + ":2: cut_speed_mm_min must be 10 to 20000 mm/min (is 0)\n"),
+            std::string::npos)
       << b.run.err;
-  EXPECT_NE(b.run.err.find(b.csv + ":3: Process current must be non-zero\n"), std::string::npos);
-  EXPECT_NE(b.run.err.find(b.csv + ":4: Parameter contains invalid float value (NaN or Inf)\n"),
+  EXPECT_NE(b.run.err.find(b.csv + ":3: current_amps must be 1 to 1000 A (is 0)\n"),
             std::string::npos);
+  EXPECT_NE(b.run.err.find(b.csv + ":4: thickness_mm must be a finite number (is nan)\n"),
+            std::string::npos);
+  EXPECT_FALSE(FileExists(b.out));
 }
 
 TEST(BuildCsv, ExistingOutputIsLeftAloneOnError) {
@@ -93,15 +97,20 @@ TEST(BuildCsv, UnterminatedQuoteIsReported) {
       << b.run.err;
 }
 
-TEST(BuildCsv, QuotedFieldMayHoldALineBreak) {
+TEST(BuildCsv, QuotedFieldMayHoldALineBreakButANameMayNot) {
   const auto b = BuildFrom(std::string(CsvHeader()) + "\"V\nW\",M,Steel,3,1000,1.5,3.8,3.8,"
                                                       "120,0.5,1.5,45,0\n" +
-                           CsvRow("V", "M2", "Steel", "0", "1"));
+                           CsvRow("V", "M2", "Steel", "0", "100"));
   EXPECT_EQ(b.run.status, 1);
-  // The second record starts on line 4: the first spans lines 2 and 3.
-  EXPECT_NE(b.run.err.find(b.csv + ":4: Material thickness must be positive\n"),
+  EXPECT_NE(b.run.err.find(b.csv + ":2: vendor holds a control character (byte 0x0a); names "
+                                   "must be printable text\n"),
             std::string::npos)
       << b.run.err;
+  // The second record starts on line 4: the first spans lines 2 and 3.
+  EXPECT_NE(b.run.err.find(b.csv + ":4: thickness_mm must be 0.1 to 300 mm (is 0)\n"),
+            std::string::npos)
+      << b.run.err;
+  EXPECT_FALSE(FileExists(b.out));
 }
 
 TEST(BuildCsv, WrongHeaderIsReported) {
@@ -136,19 +145,31 @@ TEST(BuildCsv, ModelUnderTwoVendorsIsAnError) {
   EXPECT_FALSE(FileExists(b.out));
 }
 
-TEST(BuildCsv, EmptyNameIsReportedWithTheLibraryMessage) {
+TEST(BuildCsv, EmptyNameIsReported) {
   const auto b = BuildFrom(std::string(CsvHeader()) + CsvRow("V", "M", "", "2", "3000"));
   EXPECT_EQ(b.run.status, 1);
-  EXPECT_NE(b.run.err.find(b.csv + ":2: Material name cannot be empty\n"), std::string::npos)
+  EXPECT_NE(b.run.err.find(b.csv + ":2: material must not be empty\n"), std::string::npos)
       << b.run.err;
 }
 
-TEST(BuildCsv, HeaderOnlyBuildsAnEmptyDatabase) {
-  const auto b = BuildFrom(CsvHeader());
-  ASSERT_EQ(b.run.status, 0) << b.run.err;
-  EXPECT_EQ(b.run.out, "wrote " + b.out + ": 0 records\n");
-  const auto info = RunTool({"info", b.out});
-  EXPECT_NE(info.out.find("parameters         0\n"), std::string::npos) << info.out;
+TEST(BuildCsv, OverlongNameIsReported) {
+  const auto b =
+      BuildFrom(std::string(CsvHeader()) + CsvRow("V", std::string(256, 'm'), "Steel", "2", "3000"));
+  EXPECT_EQ(b.run.status, 1);
+  EXPECT_NE(b.run.err.find(b.csv + ":2: machine_model must be at most 255 bytes (is 256)\n"),
+            std::string::npos)
+      << b.run.err;
+}
+
+TEST(BuildCsv, HeaderOnlyWritesNothingAndKeepsTheOldFile) {
+  const std::string dir = ScratchDir();
+  WriteText(dir + "/in.csv", CsvHeader());
+  WriteText(dir + "/keep.slb", "old");
+  const auto run = RunTool({"build", dir + "/keep.slb", "--from-csv", dir + "/in.csv"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "slb-tool: no valid records; nothing written to " + dir + "/keep.slb\n");
+  EXPECT_EQ(ReadText(dir + "/keep.slb"), "old");
 }
 
 TEST(BuildCsv, UnsortedRowsAreSortedByMaterialMachineAndThickness) {
@@ -189,7 +210,8 @@ TEST(BuildSqlite, WithoutSqliteSupportFailsWithTheLibraryMessage) {
   const auto run = RunTool({"build", dir + "/out.slb", "--from-sqlite", dir + "/any.db"});
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.err,
-            "slb-tool: SQLite support not enabled. Rebuild with -DENABLE_SQLITE=ON\n");
+            "slb-tool: SQLite support not enabled. Rebuild with -DENABLE_SQLITE=ON\n"
+            "slb-tool: nothing written to " + dir + "/out.slb\n");
   EXPECT_FALSE(FileExists(dir + "/out.slb"));
 }
 #endif
@@ -201,12 +223,65 @@ TEST(BuildCsv, QuoteInsideAnUnquotedFieldIsReported) {
       << b.run.err;
 }
 
-TEST(BuildCsv, UnwritableOutputFailsWithTheLibraryMessage) {
+TEST(BuildCsv, OutputInAMissingDirectoryIsReported) {
   const std::string dir = ScratchDir();
   WriteText(dir + "/in.csv", std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "2", "3000"));
   const std::string out = dir + "/no-such-dir/out.slb";
   const auto run = RunTool({"build", out, "--from-csv", dir + "/in.csv"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "slb-tool: Failed to write binary format to: " + out + "\n" +
+  EXPECT_EQ(run.err, "slb-tool: cannot write " + out + ": no temporary directory can be made in " +
+                         dir + "/no-such-dir: No such file or directory\n" +
                          "slb-tool: nothing written to " + out + "\n");
+  EXPECT_FALSE(FileExists(dir + "/no-such-dir"));
+}
+
+#if defined(SPARLANE_WITH_SQLITE)
+#include "../sqlite/sqlite_fixture.h"
+
+TEST(BuildSqlite, RecordsFailingTheStrictCheckWriteNothing) {
+  sparlane_test::SqliteFile db;
+  db.Exec(sparlane_test::SchemaSql());
+  db.Exec(sparlane_test::NamesSql());
+  db.Exec(sparlane_test::ParameterRow(1, 1, 1, 3.0));
+  db.Exec(sparlane_test::ParameterRow(1, 1, 1, 250.0));  // 350 V
+  db.Close();
+  const std::string dir = ScratchDir();
+  WriteText(dir + "/keep.slb", "old");
+  const auto run = RunTool({"build", dir + "/keep.slb", "--from-sqlite", db.path()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: " + db.path() + ": Mild steel 250 mm on M-45 (Vendor A): "
+                     "arc_voltage_v must be 20 to 300 V (is 350)\nslb-tool: nothing written to " +
+                         dir + "/keep.slb\n");
+  EXPECT_EQ(ReadText(dir + "/keep.slb"), "old");
+}
+
+TEST(BuildSqlite, ValidRecordsAreWrittenSafely) {
+  sparlane_test::SqliteFile db;
+  db.Exec(sparlane_test::SchemaSql());
+  db.Exec(sparlane_test::NamesSql());
+  db.Exec(sparlane_test::ParameterRow(1, 1, 1, 3.0));
+  db.Exec(sparlane_test::ParameterRow(2, 2, 2, 6.0));
+  db.Close();
+  const std::string dir = ScratchDir();
+  const auto run = RunTool({"build", dir + "/out.slb", "--from-sqlite", db.path()});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out, "wrote " + dir + "/out.slb: 2 records\n");
+  EXPECT_EQ(DirectoryEntries(dir), std::vector<std::string>{"out.slb"});
+}
+
+TEST(BuildSqlite, DatabaseWithoutRecordsWritesNothing) {
+  sparlane_test::SqliteFile db;
+  db.Exec(sparlane_test::SchemaSql());
+  db.Exec(sparlane_test::NamesSql());
+  db.Close();
+  const std::string dir = ScratchDir();
+  const auto run = RunTool({"build", dir + "/out.slb", "--from-sqlite", db.path()});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: no records; nothing written to " + dir + "/out.slb\n");
+  EXPECT_FALSE(FileExists(dir + "/out.slb"));
+}
+#endif
+
+TEST(BuildSqlite, SkipInvalidDoesNotApplyToSqlite) {
+  EXPECT_EQ(RunTool({"build", "out.slb", "--from-sqlite", "any.db", "--skip-invalid"}).status, 2);
 }

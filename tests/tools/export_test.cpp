@@ -47,17 +47,20 @@ TEST(Export, JsonOfTheSample) {
             std::string::npos);
 }
 
-TEST(Export, UnwritablePathFailsWithTheLibraryMessage) {
-  const std::string out = ScratchDir() + "/no-such-dir/sample.csv";
+TEST(Export, OutputInAMissingDirectoryIsReported) {
+  const std::string dir = ScratchDir();
+  const std::string out = dir + "/no-such-dir/sample.csv";
   const auto run = RunTool({"export", SamplePath(), "--csv", out});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "slb-tool: Failed to open file for writing: " + out + "\n");
+  EXPECT_EQ(run.err, "slb-tool: cannot write " + out + ": no temporary directory can be made in " +
+                         dir + "/no-such-dir: No such file or directory\n");
 }
 
-TEST(Export, MissingFileFailsWithTheLibraryMessage) {
+TEST(Export, MissingFileIsExplainedNextToTheLibraryMessage) {
   const std::string dir = ScratchDir();
-  const auto run = RunTool({"export", dir + "/absent.slb", "--json", dir + "/x.json"});
+  const std::string path = dir + "/absent.slb";
+  const auto run = RunTool({"export", path, "--json", dir + "/x.json"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "slb-tool: Failed to open file: " + dir + "/absent.slb\n");
+  EXPECT_EQ(run.err, "slb-tool: " + path + ": file not found (Failed to open file: " + path + ")\n");
   EXPECT_FALSE(FileExists(dir + "/x.json"));
 }

@@ -170,7 +170,8 @@ TEST(ImportPlasmac, UndecidableUnitsAskForTheUnitsOption) {
   const std::string dir = ScratchDir();
   WriteText(dir + "/m.cfg",
             "[MATERIAL_NUMBER_1]\nNAME = Mild Steel 3 mm\nKERF_WIDTH = 0.3\nPIERCE_HEIGHT = 1\n"
-            "PIERCE_DELAY = 0.4\nCUT_HEIGHT = 0.5\nCUT_SPEED = 250\nCUT_AMPS = 40\n");
+            "PIERCE_DELAY = 0.4\nCUT_HEIGHT = 0.5\nCUT_SPEED = 250\nCUT_AMPS = 40\n"
+            "CUT_VOLTS = 120\n");
   const auto run = RunTool({"build", dir + "/out.slb", "--from-plasmac", dir + "/m.cfg",
                             "--vendor", "V", "--machine", "M"});
   EXPECT_EQ(run.status, 1);
@@ -179,24 +180,38 @@ TEST(ImportPlasmac, UndecidableUnitsAskForTheUnitsOption) {
                              "--vendor", "V", "--machine", "M", "--units", "inch"});
   ASSERT_EQ(inch.status, 0) << inch.err;
   const std::string csv = ExportCsv(dir + "/out.slb");
-  EXPECT_NE(csv.find("V,M,Mild steel,3,6350,12.7,25.4,25.4,0,0.4,7.62,40,0\n"), std::string::npos)
+  EXPECT_NE(csv.find("V,M,Mild steel,3,6350,12.7,25.4,25.4,120,0.4,7.62,40,0\n"), std::string::npos)
       << csv;
 }
 
-TEST(ImportPlasmac, EntryWithoutCurrentIsRefusedByTheRecordCheck) {
+TEST(ImportPlasmac, EntryWithoutCurrentFailsTheBuildUnlessInvalidRowsAreSkipped) {
   const std::string dir = ScratchDir();
   WriteText(dir + "/m.cfg",
             "[MATERIAL_NUMBER_1]\nNAME = Mild Steel 3 mm\nKERF_WIDTH = 1.5\nPIERCE_HEIGHT = 3\n"
             "PIERCE_DELAY = 0.4\nCUT_HEIGHT = 1.5\nCUT_SPEED = 2500\nCUT_AMPS = 40\n"
+            "CUT_VOLTS = 120\n"
             "[MATERIAL_NUMBER_2]\nNAME = Mild Steel 6 mm\nKERF_WIDTH = 1.5\nPIERCE_HEIGHT = 3\n"
-            "PIERCE_DELAY = 0.4\nCUT_HEIGHT = 1.5\nCUT_SPEED = 1500\nCUT_AMPS = \n");
-  const auto run = RunTool({"build", dir + "/out.slb", "--from-plasmac", dir + "/m.cfg",
-                            "--vendor", "V", "--machine", "M"});
+            "PIERCE_DELAY = 0.4\nCUT_HEIGHT = 1.5\nCUT_SPEED = 1500\nCUT_AMPS = \n"
+            "CUT_VOLTS = 120\n");
+  const std::vector<std::string> args = {"build",    dir + "/out.slb", "--from-plasmac",
+                                         dir + "/m.cfg", "--vendor", "V",
+                                         "--machine", "M"};
+  const auto strict = RunTool(args);
+  EXPECT_EQ(strict.status, 1);
+  EXPECT_NE(strict.err.find("slb-tool: " + dir + "/m.cfg:10: current_amps must be 1 to 1000 A "
+                            "(is 0)\n"),
+            std::string::npos)
+      << strict.err;
+  EXPECT_FALSE(FileExists(dir + "/out.slb"));
+  auto skipping = args;
+  skipping.push_back("--skip-invalid");
+  const auto run = RunTool(skipping);
   ASSERT_EQ(run.status, 0) << run.err;
-  EXPECT_NE(run.err.find(dir + "/m.cfg:9: Process current must be non-zero; row skipped"),
+  EXPECT_NE(run.err.find("slb-tool: warning: " + dir + "/m.cfg:10: current_amps must be 1 to "
+                         "1000 A (is 0); row skipped\n"),
             std::string::npos)
       << run.err;
-  EXPECT_NE(run.out.find("wrote " + dir + "/out.slb: 1 records, 1 entries not placed"),
+  EXPECT_NE(run.out.find("wrote " + dir + "/out.slb: 1 records, 1 invalid rows skipped\n"),
             std::string::npos)
       << run.out;
 }

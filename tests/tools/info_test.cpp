@@ -47,18 +47,20 @@ TEST(Info, JsonCarriesTheSameFigures) {
   EXPECT_NE(run.out.find("\"load_time_ms\": "), std::string::npos);
 }
 
-TEST(Info, MissingFileFailsWithTheLibraryMessage) {
+TEST(Info, MissingFileIsExplainedNextToTheLibraryMessage) {
   const std::string path = ScratchDir() + "/absent.slb";
   const auto run = RunTool({"info", path});
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "slb-tool: Failed to open file: " + path + "\n");
+  EXPECT_EQ(run.err,
+            "slb-tool: " + path + ": file not found (Failed to open file: " + path + ")\n");
 }
 
-TEST(Info, FileWithBadMagicFailsWithTheLibraryMessage) {
+TEST(Info, FileWithBadMagicIsExplainedNextToTheLibraryMessage) {
   const std::string path = ScratchDir() + "/garbage.slb";
   WriteText(path, std::string(2048, 'x'));
   const auto run = RunTool({"info", path});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "slb-tool: Failed to read binary format\n");
+  EXPECT_EQ(run.err,
+            "slb-tool: " + path + ": not a parameter file (bad magic) (Failed to read binary format)\n");
 }

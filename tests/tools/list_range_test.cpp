@@ -24,11 +24,12 @@ TEST(List, JsonIsAnArray) {
             "[\n  \"Aluminium\",\n  \"Mild steel\",\n  \"Stainless steel\"\n]\n");
 }
 
-TEST(List, MissingFileFailsWithTheLibraryMessage) {
+TEST(List, MissingFileIsExplainedNextToTheLibraryMessage) {
   const std::string path = ScratchDir() + "/absent.slb";
   const auto run = RunTool({"list", path, "vendors"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "slb-tool: Failed to open file: " + path + "\n");
+  EXPECT_EQ(run.err,
+            "slb-tool: " + path + ": file not found (Failed to open file: " + path + ")\n");
 }
 
 TEST(Range, OfAMaterialOnOneMachine) {

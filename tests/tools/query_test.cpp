@@ -77,16 +77,19 @@ TEST(Query, MaterialWithoutRecordsOnTheMachineFails) {
   EXPECT_EQ(run.err, "slb-tool: no settings can be built for Aluminium on AIR-45A at 8 mm\n");
 }
 
-TEST(Query, NegativeThicknessFails) {
+TEST(Query, NegativeThicknessIsAUsageError) {
   const auto run = RunTool(Query("-2"));
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("no settings can be built"), std::string::npos) << run.err;
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_NE(run.err.find("--thickness: \"-2\" must be greater than 0"), std::string::npos)
+      << run.err;
 }
 
-TEST(Query, MissingFileFailsWithTheLibraryMessage) {
+TEST(Query, MissingFileIsExplainedNextToTheLibraryMessage) {
   const std::string path = ScratchDir() + "/absent.slb";
   const auto run = RunTool({"query", path, "--material", "Mild steel", "--machine", "AIR-45A",
                             "--thickness", "8"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "slb-tool: Failed to open file: " + path + "\n");
+  EXPECT_EQ(run.err,
+            "slb-tool: " + path + ": file not found (Failed to open file: " + path + ")\n");
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -49,7 +50,9 @@ std::string ScratchDir() {
   return dir.string();
 }
 
-ToolRun RunTool(const std::vector<std::string>& args) {
+namespace {
+
+ToolRun Run(const std::string& prefix, const std::vector<std::string>& args) {
   static int run_number = 0;
   const std::filesystem::path dir =
       std::filesystem::path(::testing::TempDir()) / "slb-tool-runs";
@@ -57,7 +60,7 @@ ToolRun RunTool(const std::vector<std::string>& args) {
   const std::string stem = (dir / std::to_string(++run_number)).string();
   const std::string out_path = stem + ".out";
   const std::string err_path = stem + ".err";
-  std::string command = Quote(SLB_TOOL_PATH);
+  std::string command = prefix + Quote(SLB_TOOL_PATH);
   for (const auto& arg : args) command += " " + Quote(arg);
   command += " >" + Quote(out_path) + " 2>" + Quote(err_path) + " </dev/null";
   const int raw = std::system(command.c_str());
@@ -66,6 +69,27 @@ ToolRun RunTool(const std::vector<std::string>& args) {
   run.out = ReadText(out_path);
   run.err = ReadText(err_path);
   return run;
+}
+
+}  // namespace
+
+ToolRun RunTool(const std::vector<std::string>& args) { return Run(std::string(), args); }
+
+ToolRun RunToolIn(const std::string& directory, const std::vector<std::string>& args) {
+  return Run("cd " + Quote(directory) + " && exec ", args);
+}
+
+ToolRun RunToolWithFileSizeLimit(int blocks, const std::vector<std::string>& args) {
+  return Run("ulimit -c 0 && ulimit -f " + std::to_string(blocks) + " && exec ", args);
+}
+
+std::vector<std::string> DirectoryEntries(const std::string& dir) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(dir)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 std::string SamplePath() { return SLB_SAMPLE_SLB; }

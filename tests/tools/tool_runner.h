@@ -15,6 +15,13 @@ struct ToolRun {
 
 ToolRun RunTool(const std::vector<std::string>& args);
 
+// Runs slb-tool with directory as its current directory.
+ToolRun RunToolIn(const std::string& directory, const std::vector<std::string>& args);
+
+// Runs slb-tool with the shell's file size limit (ulimit -f) set to blocks,
+// so that a write past it ends the program as an interrupt would.
+ToolRun RunToolWithFileSizeLimit(int blocks, const std::vector<std::string>& args);
+
 // The sample database the build makes from data/cut-charts.csv.
 std::string SamplePath();
 
@@ -24,6 +31,9 @@ std::string ScratchDir();
 std::string ReadText(const std::string& path);
 void WriteText(const std::string& path, const std::string& text);
 bool FileExists(const std::string& path);
+
+// The names in a directory, sorted, "." and ".." left out.
+std::vector<std::string> DirectoryEntries(const std::string& dir);
 
 // The real-world sample files, or "" when they are not around.
 std::string RealWorldFile(const std::string& name);

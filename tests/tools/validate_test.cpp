@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "test_csv.h"
+#include "test_database.h"
 #include "tool_runner.h"
 
 using namespace tooltest;
@@ -22,12 +23,14 @@ TEST(Validate, SampleIsValidAndListsItsFindings) {
 
 TEST(Validate, RecordFailingTheStrictCheckIsAFindingNamingTheRule) {
   const std::string dir = ScratchDir();
-  WriteText(dir + "/in.csv", std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "2", "3000") +
-                                 CsvRow("V", "M", "Steel", "4", "2000", "5"));
-  ASSERT_EQ(RunTool({"build", dir + "/db.slb", "--from-csv", dir + "/in.csv"}).status, 0);
+  auto low_voltage = Settings(4, 2000);
+  low_voltage.arc_voltage_v = 5;
+  WriteDatabase(dir + "/db.slb", {{"V", "M", "Steel", Settings(2, 3000)},
+                                  {"V", "M", "Steel", low_voltage}});
   const auto run = RunTool({"validate", dir + "/db.slb"});
   EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_NE(run.out.find("  record-check: Steel 4 mm on M (V): arc voltage outside 20 to 300 V\n"),
+  EXPECT_NE(run.out.find("  record-check: Steel 4 mm on M (V): arc_voltage_v must be 20 to 300 V "
+                         "(is 5)\n"),
             std::string::npos)
       << run.out;
   EXPECT_NE(run.out.find("\n1 finding\n"), std::string::npos) << run.out;
@@ -53,12 +56,12 @@ TEST(Validate, InvalidFileExitsOneWithTheLibraryMessage) {
   // The record check accepts any positive thickness; the whole-file check
   // stops at 500 mm.
   const std::string dir = ScratchDir();
-  WriteText(dir + "/in.csv", std::string(CsvHeader()) + CsvRow("V", "M", "Steel", "600", "100"));
-  ASSERT_EQ(RunTool({"build", dir + "/db.slb", "--from-csv", dir + "/in.csv"}).status, 0);
+  WriteDatabase(dir + "/db.slb", {{"V", "M", "Steel", Settings(600, 100)}});
   const auto run = RunTool({"validate", dir + "/db.slb"});
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.out.substr(run.out.find(": ")), ": INVALID\n  record-check: Steel 600 mm on M (V): "
-                                                "thickness outside 0.1 to 300 mm\n1 finding\n");
+                                                "thickness_mm must be 0.1 to 300 mm (is 600)\n"
+                                                "1 finding\n");
   EXPECT_EQ(run.err, "slb-tool: Thickness out of range in parameter 0\n");
 }
 
@@ -69,9 +72,10 @@ TEST(Validate, JsonListsFindingsWithRecords) {
   EXPECT_NE(run.out.find("\"kind\": \"outlier\""), std::string::npos);
 }
 
-TEST(Validate, MissingFileFailsWithTheLibraryMessage) {
+TEST(Validate, MissingFileIsExplainedNextToTheLibraryMessage) {
   const std::string path = ScratchDir() + "/absent.slb";
   const auto run = RunTool({"validate", path});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "slb-tool: Failed to open file: " + path + "\n");
+  EXPECT_EQ(run.err,
+            "slb-tool: " + path + ": file not found (Failed to open file: " + path + ")\n");
 }

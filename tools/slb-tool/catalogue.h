@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "sparlane/sparlane.h"
@@ -23,10 +24,10 @@ class Catalogue {
   // The id the library resolves a name to: a repeated name takes the id of
   // its last occurrence, as the library's name maps do.
   std::optional<std::uint16_t> MachineId(const std::string& name) const {
-    return IdOf(machines_, name);
+    return IdOf(machine_ids_, name);
   }
   std::optional<std::uint16_t> MaterialId(const std::string& name) const {
-    return IdOf(materials_, name);
+    return IdOf(material_ids_, name);
   }
 
   const std::vector<std::string>& Vendors() const { return vendors_; }
@@ -34,13 +35,17 @@ class Catalogue {
   const std::vector<std::string>& Materials() const { return materials_; }
 
  private:
+  using IdMap = std::unordered_map<std::string, std::uint16_t>;
+
   static std::string NameOf(const std::vector<std::string>& names, std::uint16_t id);
-  static std::optional<std::uint16_t> IdOf(const std::vector<std::string>& names,
-                                           const std::string& name);
+  static IdMap IdsOf(const std::vector<std::string>& names);
+  static std::optional<std::uint16_t> IdOf(const IdMap& ids, const std::string& name);
 
   std::vector<std::string> vendors_;
   std::vector<std::string> machines_;
   std::vector<std::string> materials_;
+  IdMap machine_ids_;
+  IdMap material_ids_;
 };
 
 // Every record of the database with a known material, in table order per

@@ -4,12 +4,18 @@
 #include <cstdio>
 #include <memory>
 
+#include "catalogue.h"
 #include "commands.h"
 #include "csv_import.h"
 #include "database_builder.h"
 #include "exit_status.h"
+#include "import_table.h"
 #include "plasmac_import.h"
+#include "record_view.h"
+#include "safe_output.h"
 #include "sheetcam_import.h"
+#include "strict_check.h"
+#include "tool_paths.h"
 
 namespace slb {
 namespace {
@@ -21,6 +27,7 @@ struct BuildOptions {
   std::string sheetcam;
   std::string sqlite;
   bool lz4 = false;
+  bool skip_invalid = false;
   std::string vendor;
   std::string machine;
   std::vector<std::string> material_rules;
@@ -28,55 +35,120 @@ struct BuildOptions {
   std::string filter;
   std::string units = "auto";
 
+  std::string out_path;  // resolved
+
   Sparlane::CompressionType Compression() const {
     return lz4 ? Sparlane::CompressionType::LZ4 : Sparlane::CompressionType::None;
   }
+  const std::string& Input() const {
+    if (!csv.empty()) return csv;
+    if (!plasmac.empty()) return plasmac;
+    if (!sheetcam.empty()) return sheetcam;
+    return sqlite;
+  }
 };
 
-int Finish(const BuildOptions& options, const BuildResult& result, std::size_t skipped_before) {
-  for (const auto& line : result.skipped) Warn(line + "; row skipped");
-  if (!result.ok) {
-    for (const auto& error : result.errors) Fail(error);
-    return Fail("nothing written to " + options.out);
+int NothingWritten(const BuildOptions& options) {
+  return Fail("nothing written to " + options.out);
+}
+
+// Reports the refused rows and, unless they may be skipped, stops.
+bool AcceptRefusals(const BuildOptions& options, const ProblemList& refused) {
+  if (refused.empty()) return true;
+  if (!options.skip_invalid) {
+    refused.ReportErrors("invalid rows");
+    Fail("nothing written to " + options.out + "; --skip-invalid builds from the valid rows");
+    return false;
+  }
+  refused.ReportWarnings("invalid rows", "; row skipped");
+  return true;
+}
+
+int Finish(const BuildOptions& options, ImportTable& table, const ProblemList& refused,
+           std::size_t not_placed) {
+  if (!AcceptRefusals(options, refused)) return kExitFailure;
+  if (table.size() == 0) return Fail("no valid records; nothing written to " + options.out);
+  ProblemList warnings;
+  const BuildResult result =
+      BuildDatabase(table, options.out_path, options.Compression(), warnings);
+  warnings.ReportWarnings("warnings about repeated rows");
+  if (!result.error.empty()) {
+    Fail(result.error);
+    return NothingWritten(options);
   }
   std::printf("wrote %s: %zu records", options.out.c_str(), result.records);
-  const std::size_t skipped = skipped_before + result.skipped.size();
-  if (skipped > 0) std::printf(", %zu entries not placed", skipped);
+  if (refused.count() > 0) std::printf(", %zu invalid rows skipped", refused.count());
+  if (not_placed > 0) std::printf(", %zu entries not placed", not_placed);
   std::printf("\n");
   return kExitOk;
 }
 
 int BuildFromCsv(const BuildOptions& options) {
-  std::vector<ImportRow> rows;
-  std::vector<std::string> errors;
-  if (!ReadParameterCsv(options.csv, rows, errors)) {
-    for (const auto& error : errors) Fail(error);
-    return Fail("nothing written to " + options.out);
+  ImportTable table(options.csv);
+  ProblemList refused;
+  std::string fatal;
+  if (!ReadParameterCsv(options.csv, table, refused, fatal)) {
+    refused.ReportErrors("invalid rows");
+    Fail(fatal);
+    return NothingWritten(options);
   }
-  return Finish(options, BuildDatabase(rows, options.out, options.Compression(), false), 0);
+  return Finish(options, table, refused, 0);
 }
 
+// The SQLite import fills the library's store directly; its records are
+// held to the same strict check before anything is written.
 int BuildFromSqlite(const BuildOptions& options) {
+  std::string error;
+  const auto path = ResolvePath(options.sqlite, error);
+  if (!path) return Fail(error);
   Sparlane::Database db;
-  if (db.ImportFromSQLite(options.sqlite) != Sparlane::ErrorCode::Success ||
-      db.SaveToBinary(options.out, options.Compression()) != Sparlane::ErrorCode::Success) {
-    return FailWithLibraryError(db);
+  if (db.ImportFromSQLite(*path) != Sparlane::ErrorCode::Success) {
+    FailWithLibraryError(db);
+    return NothingWritten(options);
   }
-  std::printf("wrote %s: %u records\n", options.out.c_str(), db.GetStatistics().parameter_count);
+  const Catalogue catalogue(db);
+  const auto records = AllRecordsByMaterial(db, catalogue);
+  ProblemList refused;
+  for (const auto& r : records) {
+    const std::string finding = StrictCheckFinding(r);
+    if (!finding.empty()) {
+      refused.Add(options.sqlite + ": " + RecordTitle(r, catalogue) + ": " + finding);
+    }
+  }
+  const std::size_t count = db.GetStatistics().parameter_count;
+  if (records.size() != count) {
+    refused.Add(options.sqlite + ": " + std::to_string(count - records.size()) +
+                " records name no material of the database");
+  }
+  if (!refused.empty()) {
+    refused.ReportErrors("invalid records");
+    return NothingWritten(options);
+  }
+  if (count == 0) return Fail("no records; nothing written to " + options.out);
+  error = SaveDatabase(db, options.out_path, options.Compression());
+  if (!error.empty()) {
+    Fail(error);
+    return NothingWritten(options);
+  }
+  std::printf("wrote %s: %zu records\n", options.out.c_str(), count);
   return kExitOk;
 }
 
+const char* UnitName(LengthUnit unit) { return unit == LengthUnit::Inch ? "inches" : "mm"; }
+
 bool ResolveUnits(const BuildOptions& options, const std::vector<MaterialEntry>& entries,
                   bool sheetcam, LengthUnit& units) {
-  if (options.units == "mm") {
-    units = LengthUnit::Millimetre;
+  const UnitVotes votes = CountUnitVotes(entries);
+  const auto guess = votes.Winner();
+  if (options.units != "auto") {
+    units = options.units == "inch" ? LengthUnit::Inch : LengthUnit::Millimetre;
+    if (guess && *guess != units) {
+      Warn("--units " + options.units + " was given, but the values look like " +
+           UnitName(*guess) + " (" + std::to_string(votes.mm) + " entries vote mm, " +
+           std::to_string(votes.inch) + " vote inches); check the units");
+    }
     return true;
   }
-  if (options.units == "inch") {
-    units = LengthUnit::Inch;
-    return true;
-  }
-  const auto guess = GuessUnits(entries);
   if (guess) {
     units = *guess;
   } else if (sheetcam || entries.empty()) {
@@ -118,14 +190,31 @@ int BuildFromMaterialFile(const BuildOptions& options, bool sheetcam) {
   for (const auto& entry : entries) considered += PassesFilter(entry, placement) ? 1 : 0;
   std::printf("%s: %zu entries", path.c_str(), entries.size());
   if (considered != entries.size()) std::printf(", %zu passing the filter", considered);
-  std::printf(", values read as %s, %zu placed\n",
-              placement.units == LengthUnit::Inch ? "inches" : "mm", rows.size());
+  std::printf(", values read as %s, %zu placed\n", UnitName(placement.units), rows.size());
   if (rows.empty()) return Fail("no entries could be placed; nothing written to " + options.out);
-  return Finish(options, BuildDatabase(rows, options.out, options.Compression(), true),
-                considered - rows.size());
+  ImportTable table(path);
+  ProblemList refused;
+  for (const auto& row : rows) {
+    const std::string problem =
+        row.problem.empty()
+            ? table.Add(row.line, row.vendor, row.machine, row.material, row.values)
+            : table.Refuse(row.line, row.problem);
+    if (!problem.empty()) refused.Add(problem);
+  }
+  return Finish(options, table, refused, considered - rows.size());
 }
 
-int RunBuild(const BuildOptions& options) {
+int RunBuild(BuildOptions& options) {
+  std::string error;
+  const auto out = ResolvePath(options.out, error);
+  if (!out) return Fail(error);
+  options.out_path = *out;
+  // Checked first, so that a long import is not wasted on a bad target.
+  const std::string problem = OutputProblem(options.out, options.out_path, options.Input());
+  if (!problem.empty()) {
+    Fail(problem);
+    return NothingWritten(options);
+  }
   if (!options.csv.empty()) return BuildFromCsv(options);
   if (!options.sqlite.empty()) return BuildFromSqlite(options);
   return BuildFromMaterialFile(options, !options.sheetcam.empty());
@@ -150,6 +239,9 @@ void RegisterBuildCommand(CLI::App& app, int& status) {
   auto* sqlite = command->add_option("--from-sqlite", options->sqlite, "SQLite database")
                      ->type_name("DB");
   command->add_flag("--lz4", options->lz4, "Compress the records with LZ4");
+  auto* skip = command->add_flag("--skip-invalid", options->skip_invalid,
+                                 "Build from the rows that pass the checks and list the rest, "
+                                 "instead of writing nothing");
   auto* vendor = command->add_option("--vendor", options->vendor,
                                      "Vendor of the imported machine (material files)");
   auto* machine = command->add_option("--machine", options->machine,
@@ -167,6 +259,7 @@ void RegisterBuildCommand(CLI::App& app, int& status) {
                                     "Units of the material file's values: auto, mm or inch")
                     ->check(CLI::IsMember({"auto", "mm", "inch"}))
                     ->capture_default_str();
+  skip->excludes(sqlite);
   const std::vector<CLI::Option*> sources{csv, plasmac, sheetcam, sqlite};
   const std::vector<CLI::Option*> import_only{vendor, machine, rule, material, filter, units};
   command->callback([options, sources, import_only, plasmac, sheetcam, vendor, machine,

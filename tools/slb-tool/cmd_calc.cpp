@@ -7,7 +7,9 @@
 #include "commands.h"
 #include "exit_status.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
+#include "number_options.h"
 #include "record_selection.h"
 #include "record_view.h"
 #include "text_table.h"
@@ -161,6 +163,10 @@ int RunCalc(const CalcOptions& options) {
     json.Key("mode").String(ModeName(options.request.Mode()));
     json.Key("parameter");
     WriteRecordJson(json, selection.record, catalogue);
+    if (options.request.Mode() == SelectionMode::Interpolate) {
+      json.Key("confidence").Float(selection.confidence);
+      json.Key("extrapolated").Bool(selection.extrapolated);
+    }
     for (const auto& section : sections) {
       json.Key(JsonKey(section.title.substr(0, section.title.find(" ("))));
       json.BeginObject();
@@ -176,6 +182,10 @@ int RunCalc(const CalcOptions& options) {
   }
   std::printf("record (%s):\n", ModeName(options.request.Mode()));
   std::fputs(SettingsTable(selection.record, catalogue).c_str(), stdout);
+  if (options.request.Mode() == SelectionMode::Interpolate) {
+    std::printf("confidence: %s\nextrapolated: %s\n", FormatNumber(selection.confidence).c_str(),
+                selection.extrapolated ? "yes" : "no");
+  }
   for (const auto& section : sections) {
     std::printf("%s:\n", section.title.c_str());
     TextTable table({}, std::string("lrl"));
@@ -199,27 +209,37 @@ void RegisterCalcCommand(CLI::App& app, int& status) {
       "calc", "Process calculators (time, cost, lead-ins, kerf, corners, holes, spacing, "
               "common line, heat zone, bevel, quality) for a chosen record");
   AddRecordOptions(command, options->request);
-  command->add_option("--length", options->length_mm, "Cut length in mm")->capture_default_str();
+  // Lengths, densities, prices and rates: finite and not negative.
+  command->add_option("--length", options->length_mm, "Cut length in mm")
+      ->capture_default_str()
+      ->check(FiniteNonNegative());
   command->add_option("--pierces", options->pierces, "Pierce count")->capture_default_str();
   command->add_option("--price-per-kg", options->pricing.price_per_kg, "Material price per kg")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(FiniteNonNegative());
   command->add_option("--density", options->pricing.density_kg_m3, "Material density in kg/m3")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(FiniteNonNegative());
   command->add_option("--utilization", options->pricing.material_utilization,
                       "Usable fraction of the sheet")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(FiniteFraction());
   command->add_option("--machine-rate", options->machine_rate_per_hour, "Machine cost per hour")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(FiniteNonNegative());
   command->add_option("--consumable-price", options->consumable_set_price,
                       "Price of one consumable set")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(FiniteNonNegative());
   command->add_flag("--inside", options->inside, "Kerf offset for an inside cut");
   command->add_flag("--limit-lead", options->limit_lead_to_thickness,
                     "Limit lead lengths to the plate thickness");
   command->add_option("--corner-angle", options->corner_angle_deg, "Corner angle in degrees")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(FiniteNonNegative());
   command->add_option("--hole-diameter", options->hole_diameter_mm, "Hole diameter in mm")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(FiniteNonNegative());
   const std::map<std::string, Sparlane::QualityLevel> levels{
       {"production", Sparlane::QualityLevel::Production},
       {"standard", Sparlane::QualityLevel::Standard},

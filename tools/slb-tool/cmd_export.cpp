@@ -4,6 +4,9 @@
 
 #include "commands.h"
 #include "exit_status.h"
+#include "load_database.h"
+#include "safe_output.h"
+#include "tool_paths.h"
 
 namespace slb {
 namespace {
@@ -14,12 +17,22 @@ struct ExportOptions {
   std::string json;
 };
 
+// The export is written beside the target and renamed over it, so a failed
+// or interrupted export leaves the previous file as it was.
 int RunExport(const ExportOptions& options) {
+  const std::string& given_out = options.csv.empty() ? options.json : options.csv;
+  std::string error;
+  const auto out = ResolvePath(given_out, error);
+  if (!out) return Fail(error);
+  const std::string problem = OutputProblem(given_out, *out, options.file);
+  if (!problem.empty()) return Fail(problem);
   Sparlane::Database db;
   if (!LoadDatabase(db, options.file)) return kExitFailure;
-  const auto code = options.csv.empty() ? db.ExportToJSON(options.json)
-                                        : db.ExportToCSV(options.csv);
-  if (code != Sparlane::ErrorCode::Success) return FailWithLibraryError(db);
+  error = ReplaceFile(*out, [&](const std::string& staging) {
+    const auto code = options.csv.empty() ? db.ExportToJSON(staging) : db.ExportToCSV(staging);
+    return code == Sparlane::ErrorCode::Success ? std::string() : db.GetLastError();
+  });
+  if (!error.empty()) return Fail(error);
   return kExitOk;
 }
 

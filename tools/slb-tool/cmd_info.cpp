@@ -10,6 +10,7 @@
 #include "commands.h"
 #include "exit_status.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
 #include "text_table.h"
 
@@ -59,12 +60,13 @@ const char* CompressionName(std::uint8_t compression) {
 
 int RunInfo(const InfoOptions& options) {
   Sparlane::Database db;
+  std::string path;
   const auto start = std::chrono::steady_clock::now();
-  if (!LoadDatabase(db, options.file)) return kExitFailure;
+  if (!LoadDatabase(db, options.file, &path)) return kExitFailure;
   const double load_ms =
       std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
   Sparlane::FileHeader header{};
-  if (!ReadHeader(options.file, header)) return Fail("cannot read the header of " + options.file);
+  if (!ReadHeader(path, header)) return Fail("cannot read the header of " + options.file);
   const auto stats = db.GetStatistics();
 
   if (options.json) {

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "exit_status.h"
 #include "json_writer.h"
+#include "load_database.h"
 
 namespace slb {
 namespace {

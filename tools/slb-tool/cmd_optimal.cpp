@@ -8,8 +8,11 @@
 #include "commands.h"
 #include "exit_status.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
+#include "number_options.h"
 #include "record_view.h"
+#include "settings_safety.h"
 
 namespace slb {
 namespace {
@@ -19,6 +22,7 @@ struct OptimalOptions {
   std::string material;
   float thickness = 0.0f;
   float tolerance = 0.5f;
+  bool allow_extrapolation = false;
   bool json = false;
 };
 
@@ -29,12 +33,21 @@ int RunOptimal(const OptimalOptions& options) {
   if (!catalogue.MaterialId(options.material)) {
     return Fail("unknown material: " + options.material);
   }
+  // Any machine may answer, so the limit is that of the material's rows.
+  if (!options.allow_extrapolation) {
+    const std::string problem = ExtrapolationProblem(
+        ListedRecords(db, options.material, std::nullopt), options.thickness, options.material);
+    if (!problem.empty()) return Fail(problem);
+  }
   const auto best = db.FindOptimal(options.material, options.thickness, options.tolerance);
   if (!best) {
     return Fail("no record of " + options.material + " within " +
                 FormatNumber(options.tolerance) + " mm of " + FormatNumber(options.thickness) +
                 " mm");
   }
+  const std::string unsafe =
+      UnsafeSettingsProblem(*best, options.material, options.thickness);
+  if (!unsafe.empty()) return Fail(unsafe);
   if (options.json) {
     JsonWriter json;
     WriteRecordJson(json, *best, catalogue);
@@ -55,10 +68,14 @@ void RegisterOptimalCommand(CLI::App& app, int& status) {
       app.add_subcommand("optimal", "Fastest record of any machine for a material and thickness");
   command->add_option("file", options->file, "Parameter file (.slb)")->required();
   command->add_option("--material", options->material, "Material name")->required();
-  command->add_option("--thickness", options->thickness, "Plate thickness in mm")->required();
+  command->add_option("--thickness", options->thickness, "Plate thickness in mm")
+      ->required()
+      ->check(FinitePositive());
   command->add_option("--tolerance", options->tolerance, "Thickness tolerance in mm")
       ->capture_default_str()
-      ->check(CLI::NonNegativeNumber);
+      ->check(FiniteNonNegative());
+  command->add_flag("--allow-extrapolation", options->allow_extrapolation,
+                    "Answer a thickness more than 25 % beyond the listed rows too");
   command->add_flag("--json", options->json, "Machine-readable output");
   command->callback([options, &status] { status = RunOptimal(*options); });
 }

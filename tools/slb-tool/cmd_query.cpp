@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "exit_status.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
 #include "record_selection.h"
 #include "record_view.h"

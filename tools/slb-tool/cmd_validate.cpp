@@ -11,8 +11,11 @@
 #include "commands.h"
 #include "exit_status.h"
 #include "json_writer.h"
+#include "load_database.h"
 #include "number_format.h"
+#include "number_options.h"
 #include "record_view.h"
+#include "strict_check.h"
 
 namespace slb {
 namespace {
@@ -30,30 +33,6 @@ struct Finding {
   std::string detail;
 };
 
-// Which rule of the strict record check a rejected record breaks, in the
-// order the check applies them (the library returns only a code).
-std::string StrictCheckReason(const Sparlane::CuttingParameter& p) {
-  const float fields[] = {p.thickness_mm,       p.cut_speed_mm_min, p.cut_height_mm,
-                          p.pierce_height_mm,   p.transfer_height_mm, p.arc_voltage_v,
-                          p.pierce_time_s,      p.kerf_width_mm};
-  for (float f : fields) {
-    if (!std::isfinite(f)) return "a setting is NaN or infinite";
-  }
-  if (p.vendor_id == 0 || p.machine_model_id == 0 || p.material_id == 0) return "an id is 0";
-  if (p.thickness_mm < 0.1f || p.thickness_mm > 300.0f) return "thickness outside 0.1 to 300 mm";
-  if (p.cut_speed_mm_min < 10.0f || p.cut_speed_mm_min > 20000.0f) {
-    return "cut speed outside 10 to 20000 mm/min";
-  }
-  if (p.current_amps == 0 || p.current_amps > 1000) return "current outside 1 to 1000 A";
-  if (p.arc_voltage_v < 20.0f || p.arc_voltage_v > 300.0f) return "arc voltage outside 20 to 300 V";
-  if (p.cut_height_mm < 0.0f || p.pierce_height_mm < 0.0f || p.transfer_height_mm < 0.0f ||
-      p.pierce_time_s < 0.0f || p.kerf_width_mm < 0.0f) {
-    return "a height, the pierce time or the kerf is negative";
-  }
-  if (p.cut_height_mm > p.pierce_height_mm) return "cut height above pierce height";
-  return "fails the strict record check";
-}
-
 std::vector<Finding> ScreenRecords(const std::vector<Sparlane::CuttingParameter>& records,
                                    float threshold) {
   std::vector<Finding> findings;
@@ -61,7 +40,7 @@ std::vector<Finding> ScreenRecords(const std::vector<Sparlane::CuttingParameter>
   for (const auto& r : records) {
     series[{r.material_id, r.machine_model_id}].push_back(r.cut_speed_mm_min);
     if (Sparlane::Testing::ValidateParameter(r) != Sparlane::ErrorCode::Success) {
-      findings.push_back({"record-check", r, StrictCheckReason(r)});
+      findings.push_back({"record-check", r, StrictCheckFinding(r)});
     }
   }
   for (const auto& r : records) {
@@ -124,7 +103,8 @@ void RegisterValidateCommand(CLI::App& app, int& status) {
   command->add_option("file", options->file, "Parameter file (.slb)")->required();
   command->add_option("--threshold", options->threshold,
                       "Outlier threshold in standard deviations of a series' cut speeds")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(FiniteNonNegative());
   command->add_flag("--strict", options->strict, "Exit 1 on any finding, not only when invalid");
   command->add_flag("--json", options->json, "Machine-readable output");
   command->callback([options, &status] { status = RunValidate(*options); });

@@ -1,5 +1,6 @@
 #include "csv_import.h"
 
+#include <fstream>
 #include <limits>
 
 #include "csv_reader.h"
@@ -29,73 +30,85 @@ bool IsHeader(const std::vector<std::string>& fields) {
   return true;
 }
 
-// Fills row from the fields; returns an empty string or the reason it failed.
-std::string ParseRecord(const std::vector<std::string>& fields, ImportRow& row) {
+// Fills values from the fields; returns "" or the reason it failed.
+std::string ParseValues(const std::vector<std::string>& fields, Sparlane::CuttingParameter& p) {
   if (fields.size() != kColumns) {
     return "expected 13 fields, found " + std::to_string(fields.size());
   }
-  row.vendor = fields[0];
-  row.machine = fields[1];
-  row.material = fields[2];
-  float* const floats[] = {&row.values.thickness_mm,       &row.values.cut_speed_mm_min,
-                           &row.values.cut_height_mm,      &row.values.pierce_height_mm,
-                           &row.values.transfer_height_mm, &row.values.arc_voltage_v,
-                           &row.values.pierce_time_s,      &row.values.kerf_width_mm};
+  float* const floats[] = {&p.thickness_mm,       &p.cut_speed_mm_min, &p.cut_height_mm,
+                           &p.pierce_height_mm,   &p.transfer_height_mm, &p.arc_voltage_v,
+                           &p.pierce_time_s,      &p.kerf_width_mm};
   for (std::size_t i = 0; i < 8; ++i) {
-    const auto value = ParseFloat(fields[3 + i]);
-    if (!value) return std::string(kColumnNames[3 + i]) + " is not a number: \"" + fields[3 + i] + "\"";
+    NumberProblem problem;
+    const auto value = ParseFloat(fields[3 + i], &problem);
+    if (!value) {
+      return std::string(kColumnNames[3 + i]) + " " + NumberProblemText(problem) + ": \"" +
+             Printable(fields[3 + i]) + "\"";
+    }
     *floats[i] = *value;
   }
   const auto amps = ParseUnsigned(fields[11], std::numeric_limits<std::uint16_t>::max());
-  if (!amps) return "current_amps is not a whole number from 0 to 65535: \"" + fields[11] + "\"";
-  row.values.current_amps = static_cast<std::uint16_t>(*amps);
+  if (!amps) {
+    return "current_amps is not a whole number from 0 to 65535: \"" + Printable(fields[11]) + "\"";
+  }
+  p.current_amps = static_cast<std::uint16_t>(*amps);
   const auto flags = ParseUnsigned(fields[12], std::numeric_limits<std::uint32_t>::max());
-  if (!flags) return "flags is not a whole number from 0 to 4294967295: \"" + fields[12] + "\"";
-  row.values.flags = static_cast<std::uint32_t>(*flags);
+  if (!flags) {
+    return "flags is not a whole number from 0 to 4294967295: \"" + Printable(fields[12]) + "\"";
+  }
+  p.flags = static_cast<std::uint32_t>(*flags);
   return std::string();
 }
 
 }  // namespace
 
-bool ReadParameterCsv(const std::string& path, std::vector<ImportRow>& rows,
-                      std::vector<std::string>& errors) {
-  std::string text;
-  if (!ReadFile(path, text)) {
-    errors.push_back(path + ": cannot read the file");
+bool ReadParameterCsv(const std::string& path, ImportTable& table, ProblemList& refused,
+                      std::string& fatal) {
+  const std::string& source = table.source();
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    fatal = source + ": cannot read the file";
     return false;
   }
-  const std::size_t errors_before = errors.size();
-  CsvReader reader(std::move(text));
+  CsvReader reader(in);
   std::vector<std::string> fields;
   bool header_seen = false;
   while (reader.Next(fields)) {
-    const std::string where = path + ":" + std::to_string(reader.line());
     if (!header_seen) {
       header_seen = true;
       if (!IsHeader(fields)) {
-        errors.push_back(where + ": expected the header line \"" + kParameterCsvHeader + "\"");
+        fatal = table.Refuse(reader.line(), "expected the header line \"" +
+                                                std::string(kParameterCsvHeader) + "\"");
         return false;
       }
       continue;
     }
     if (fields.size() == 1 && fields[0].empty()) continue;  // blank line
-    ImportRow row;
-    row.source = path;
-    row.line = reader.line();
-    const std::string problem = ParseRecord(fields, row);
-    if (problem.empty()) {
-      rows.push_back(std::move(row));
-    } else {
-      errors.push_back(where + ": " + problem);
+    if (table.full()) {
+      fatal = table.Refuse(reader.line(), "more than " + std::to_string(ImportTable::kMaxRecords) +
+                                              " records; a parameter file holds no more");
+      return false;
     }
+    Sparlane::CuttingParameter values{};
+    std::string problem = ParseValues(fields, values);
+    problem = problem.empty() ? table.Add(reader.line(), fields[0], fields[1], fields[2], values)
+                              : table.Refuse(reader.line(), problem);
+    if (!problem.empty()) refused.Add(std::move(problem));
   }
   if (!reader.error().empty()) {
-    errors.push_back(path + ":" + std::to_string(reader.line()) + ": " + reader.error());
-  } else if (!header_seen) {
-    errors.push_back(path + ":1: the file is empty; expected the header line \"" +
-                     std::string(kParameterCsvHeader) + "\"");
+    fatal = table.Refuse(reader.line(), reader.error());
+    return false;
   }
-  return errors.size() == errors_before;
+  if (reader.read_failed()) {
+    fatal = source + ": reading the file failed";
+    return false;
+  }
+  if (!header_seen) {
+    fatal = table.Refuse(1, "the file is empty; expected the header line \"" +
+                                std::string(kParameterCsvHeader) + "\"");
+    return false;
+  }
+  return true;
 }
 
 }  // namespace slb

@@ -1,22 +1,25 @@
 // Reading the 13-column parameter CSV (the layout the library's CSV export
-// writes) into import rows.
+// writes) into an import table.
 #ifndef SLB_TOOL_CSV_IMPORT_H_
 #define SLB_TOOL_CSV_IMPORT_H_
 
 #include <string>
-#include <vector>
 
-#include "import_row.h"
+#include "import_table.h"
+#include "problem_list.h"
 
 namespace slb {
 
 // The header line the export writes, without its line end.
 extern const char* const kParameterCsvHeader;
 
-// Appends one row per record.  Problems are appended to errors as
-// "file:line: reason"; false when there was any.
-bool ReadParameterCsv(const std::string& path, std::vector<ImportRow>& rows,
-                      std::vector<std::string>& errors);
+// Reads the CSV at path into table, a record at a time.  Records that
+// cannot be read or that the table refuses go to refused as
+// "source:line: reason".  False, with fatal set, when the file as a whole
+// cannot be read: it is missing or unreadable, its header is wrong, a quote
+// is malformed, or it holds more records than a parameter file can.
+bool ReadParameterCsv(const std::string& path, ImportTable& table, ProblemList& refused,
+                      std::string& fatal);
 
 }  // namespace slb
 

@@ -1,21 +1,57 @@
 #include "csv_reader.h"
 
+#include <cstring>
+
 namespace slb {
+namespace {
+
+constexpr std::size_t kBlockBytes = 1 << 16;
+constexpr std::size_t kByteOrderMarkBytes = 3;  // EF BB BF
+
+}  // namespace
+
+CsvReader::CsvReader(std::istream& in) : in_(in), buffer_(kBlockBytes) {
+  if (Peek(0) == 0xEF && Peek(1) == 0xBB && Peek(2) == 0xBF) Skip(kByteOrderMarkBytes);
+}
+
+// Keeps at least wanted bytes ahead of pos_ when the stream has them.
+bool CsvReader::Fill(std::size_t wanted) {
+  if (end_ - pos_ >= wanted) return true;
+  std::memmove(buffer_.data(), buffer_.data() + pos_, end_ - pos_);
+  end_ -= pos_;
+  pos_ = 0;
+  while (end_ < wanted && in_) {
+    in_.read(buffer_.data() + end_, static_cast<std::streamsize>(buffer_.size() - end_));
+    end_ += static_cast<std::size_t>(in_.gcount());
+  }
+  if (in_.bad()) read_failed_ = true;
+  return end_ >= wanted;
+}
+
+int CsvReader::Peek(std::size_t ahead) {
+  if (!Fill(ahead + 1)) return kEnd;
+  return static_cast<unsigned char>(buffer_[pos_ + ahead]);
+}
+
+bool CsvReader::AtRecordEnd() {
+  const int c = Peek();
+  return c == kEnd || c == '\n' || (c == '\r' && Peek(1) == '\n');
+}
 
 bool CsvReader::ReadQuoted(std::string& field) {
-  ++pos_;  // opening quote
-  while (pos_ < text_.size()) {
-    const char c = text_[pos_++];
+  Skip(1);  // opening quote
+  for (int c = Peek(); c != kEnd; c = Peek()) {
+    Skip(1);
     if (c == '"') {
-      if (pos_ < text_.size() && text_[pos_] == '"') {
+      if (Peek() == '"') {
         field += '"';
-        ++pos_;
+        Skip(1);
         continue;
       }
       return true;
     }
     if (c == '\n') ++current_line_;
-    field += c;
+    field += static_cast<char>(c);
   }
   error_ = "unterminated quoted field";
   return false;
@@ -24,30 +60,29 @@ bool CsvReader::ReadQuoted(std::string& field) {
 bool CsvReader::Next(std::vector<std::string>& fields) {
   fields.clear();
   error_.clear();
-  if (pos_ >= text_.size()) return false;
+  if (Peek() == kEnd) return false;
   record_line_ = current_line_;
   std::string field;
   while (true) {
-    if (pos_ < text_.size() && text_[pos_] == '"' && field.empty()) {
+    if (Peek() == '"' && field.empty()) {
       if (!ReadQuoted(field)) return false;
       // After the closing quote only a separator or the record end may follow.
-      if (pos_ < text_.size() && text_[pos_] != ',' && text_[pos_] != '\n' &&
-          !(text_[pos_] == '\r' && pos_ + 1 < text_.size() && text_[pos_ + 1] == '\n')) {
+      if (Peek() != ',' && !AtRecordEnd()) {
         error_ = "text after a closing quote";
         return false;
       }
     }
-    if (pos_ >= text_.size()) {
+    const int c = Peek();
+    if (c == kEnd) {
       fields.push_back(std::move(field));
       return true;
     }
-    const char c = text_[pos_];
     if (c == ',') {
       fields.push_back(std::move(field));
       field.clear();
-      ++pos_;
-    } else if (c == '\n' || (c == '\r' && pos_ + 1 < text_.size() && text_[pos_ + 1] == '\n')) {
-      pos_ += c == '\r' ? 2 : 1;
+      Skip(1);
+    } else if (AtRecordEnd()) {
+      Skip(c == '\r' ? 2 : 1);
       ++current_line_;
       fields.push_back(std::move(field));
       return true;
@@ -55,8 +90,8 @@ bool CsvReader::Next(std::vector<std::string>& fields) {
       error_ = "quote inside an unquoted field";
       return false;
     } else {
-      field += c;
-      ++pos_;
+      field += static_cast<char>(c);
+      Skip(1);
     }
   }
 }

@@ -1,31 +1,31 @@
-// Turns import rows into a saved parameter file.
+// Turns checked import rows into a saved parameter file.
 #ifndef SLB_TOOL_DATABASE_BUILDER_H_
 #define SLB_TOOL_DATABASE_BUILDER_H_
 
+#include <cstddef>
 #include <string>
-#include <vector>
 
-#include "import_row.h"
+#include "import_table.h"
+#include "problem_list.h"
 #include "sparlane/sparlane.h"
 
 namespace slb {
 
-// Names get ids in byte order of the names (vendors as their first model
-// registers them), so a file's ids follow from its rows alone and an
-// exported file rebuilds to the same bytes.  Every row is checked with the
-// library's record check; records are sorted by (material id, machine id,
-// thickness), stable for equal keys, and saved.  On any bad row the errors
-// ("file:line: reason") are returned and nothing is written, unless
-// skip_bad_rows is set: then bad rows are reported in skipped and left out.
 struct BuildResult {
-  bool ok = false;
-  std::vector<std::string> errors;
-  std::vector<std::string> skipped;
+  std::string error;  // "" on success
   std::size_t records = 0;
 };
 
-BuildResult BuildDatabase(const std::vector<ImportRow>& rows, const std::string& out_path,
-                          Sparlane::CompressionType compression, bool skip_bad_rows);
+// Arranges the table (file ids, lookup order, warnings about conflicting
+// duplicate rows), fills a new database with it, emptying the table as it
+// goes, and saves it over out_path through ReplaceFile.  out_path must be
+// resolved (see ResolvePath).
+BuildResult BuildDatabase(ImportTable& table, const std::string& out_path,
+                          Sparlane::CompressionType compression, ProblemList& warnings);
+
+// Saves db in place of out_path through ReplaceFile: "" or why it failed.
+std::string SaveDatabase(Sparlane::Database& db, const std::string& out_path,
+                         Sparlane::CompressionType compression);
 
 }  // namespace slb
 

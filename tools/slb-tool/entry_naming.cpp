@@ -19,12 +19,36 @@ LengthUnit UnitOf(const std::string& word) {
   return word == "mm" ? LengthUnit::Millimetre : LengthUnit::Inch;
 }
 
-double Number(const std::string& text) {
-  std::string dotted = text;
+// A number matched in a name: a decimal comma is read as a point.  Its sign
+// is the minus directly before it, when that minus starts a word ("-3mm",
+// "steel -3 mm"); a minus between words ("steel-3mm", "- 3 mm") separates.
+struct NameNumber {
+  double value = 0.0;
+  bool out_of_range = false;
+};
+
+NameNumber ReadNumber(const std::string& name, const std::smatch& m, int group) {
+  std::string dotted = m[group];
   for (char& c : dotted) {
     if (c == ',') c = '.';
   }
-  return ParseNumber(dotted).value_or(0.0);
+  NameNumber number;
+  NumberProblem problem;
+  const auto value = ParseNumber(dotted, &problem);
+  number.out_of_range = !value;  // the patterns only match digits
+  number.value = value.value_or(0.0);
+  const auto at = static_cast<std::size_t>(m.position(group));
+  const bool minus = at > 0 && name[at - 1] == '-';
+  const bool starts_word = at < 2 || name[at - 2] == ' ' || name[at - 2] == '\t' ||
+                           name[at - 2] == '(' || name[at - 2] == '[';
+  if (minus && starts_word) number.value = -number.value;
+  return number;
+}
+
+std::optional<NamedThickness> OutOfRange(const std::smatch& m, int group) {
+  NamedThickness t;
+  t.problem = "the thickness " + std::string(m[group]) + " in the name is out of range";
+  return t;
 }
 
 }  // namespace
@@ -60,45 +84,59 @@ std::optional<double> GaugeInches(int gauge, const std::string& material) {
 std::optional<NamedThickness> ThicknessFromName(const std::string& name,
                                                 const std::string& material,
                                                 LengthUnit bare_unit, std::string& reason) {
-  static const std::regex range(R"((\d+(?:[.,]\d+)?)\s*-\s*(\d+(?:[.,]\d+)?)\s*(mm|in)(?![a-z]))");
+  // A number, with an exponent so that "1e400mm" is not read as 400 mm.
+  static const std::string n = R"((\d+(?:[.,]\d+)?(?:e[+-]?\d+)?))";
+  static const std::regex range(n + R"(\s*-\s*)" + n + R"(\s*(mm|in)(?![a-z]))");
   static const std::regex gauge(R"((?:^|[^\d.])(\d+)\s*(?:ga|gauge|gage)(?![a-z]))");
   static const std::regex fraction(R"((?:^|[^\d.])(\d+)\s*/\s*(\d+)(?![\d.]))");
-  static const std::regex with_unit(R"((\d+(?:[.,]\d+)?)\s*(mm|in|inch|inches|")(?![a-z]))");
-  static const std::regex bare(R"((\d+(?:[.,]\d+)?)(?!\s*a(?![a-z]))(?![\d.,]))");
+  static const std::regex with_unit(n + R"(\s*(mm|in|inch|inches|")(?![a-z]))");
+  static const std::regex bare(n + R"((?!\s*a(?![a-z]))(?![\d.,]))");
   const std::string lower = Lower(name);
   std::smatch m;
   if (std::regex_search(lower, m, range)) {
-    const double low = ToMm(Number(m[1]), UnitOf(m[3]));
-    const double high = ToMm(Number(m[2]), UnitOf(m[3]));
-    return NamedThickness{(low + high) / 2.0, "the range " + std::string(m[0]) +
-                                                  " is placed at its middle"};
+    const auto low = ReadNumber(lower, m, 1);
+    const auto high = ReadNumber(lower, m, 2);
+    if (low.out_of_range) return OutOfRange(m, 1);
+    if (high.out_of_range) return OutOfRange(m, 2);
+    const double mid = (ToMm(low.value, UnitOf(m[3])) + ToMm(high.value, UnitOf(m[3]))) / 2.0;
+    return NamedThickness{mid, "the range " + std::string(m[0]) + " is placed at its middle", ""};
   }
   if (std::regex_search(lower, m, gauge)) {
-    const int number = static_cast<int>(Number(m[1]));
-    const auto inches = GaugeInches(number, material);
+    const auto number = ReadNumber(lower, m, 1);
+    const auto inches = number.out_of_range || number.value > 1000.0
+                            ? std::nullopt
+                            : GaugeInches(static_cast<int>(number.value), material);
     if (!inches) {
       reason = "no gauge table entry for gauge " + std::string(m[1]);
       return std::nullopt;
     }
-    return NamedThickness{*inches * kMmPerInch, ""};
+    return NamedThickness{*inches * kMmPerInch, "", ""};
   }
   if (std::regex_search(lower, m, fraction)) {
-    const double denominator = Number(m[2]);
-    if (denominator == 0.0) {
+    const auto numerator = ReadNumber(lower, m, 1);
+    const auto denominator = ReadNumber(lower, m, 2);
+    if (numerator.out_of_range) return OutOfRange(m, 1);
+    if (denominator.out_of_range) return OutOfRange(m, 2);
+    if (denominator.value == 0.0) {
       reason = "fraction with a zero denominator";
       return std::nullopt;
     }
-    return NamedThickness{Number(m[1]) / denominator * kMmPerInch, ""};
+    return NamedThickness{numerator.value / denominator.value * kMmPerInch, "", ""};
   }
   if (std::regex_search(lower, m, with_unit)) {
-    return NamedThickness{ToMm(Number(m[1]), m[2] == "mm" ? LengthUnit::Millimetre
-                                                          : LengthUnit::Inch),
-                          ""};
+    const auto number = ReadNumber(lower, m, 1);
+    if (number.out_of_range) return OutOfRange(m, 1);
+    const auto unit = m[2] == "mm" ? LengthUnit::Millimetre : LengthUnit::Inch;
+    return NamedThickness{ToMm(number.value, unit), "", ""};
   }
   if (std::regex_search(lower, m, bare)) {
+    const auto number = ReadNumber(lower, m, 1);
+    if (number.out_of_range) return OutOfRange(m, 1);
     const char* unit = bare_unit == LengthUnit::Inch ? "inches" : "mm";
-    return NamedThickness{ToMm(Number(m[1]), bare_unit),
-                          "no unit in the name; " + std::string(m[1]) + " taken as " + unit};
+    return NamedThickness{ToMm(number.value, bare_unit),
+                          "no unit in the name; " + FormatNumber(number.value) + " taken as " +
+                              unit,
+                          ""};
   }
   reason = "no thickness in the name";
   return std::nullopt;

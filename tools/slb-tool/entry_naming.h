@@ -14,14 +14,17 @@ enum class LengthUnit { Millimetre, Inch };
 
 struct NamedThickness {
   double mm = 0.0;
-  std::string note;  // set when the reading was a guess worth reporting
+  std::string note;     // set when the reading was a guess worth reporting
+  std::string problem;  // set when the number cannot be used: the entry is invalid
 };
 
 // Reads a thickness from a name, first match wins: a range ("1.7-3.4mm",
 // its middle), a gauge ("16 GA", by the material's gauge table), a fraction
 // ("3/16 IN" or a bare "3/16", inches), a number with a unit ("0.8mm",
 // "1 IN"), and last a bare number not followed by "A" (in bare_unit).
-// On failure returns nullopt and sets reason.
+// A minus that starts a word is the number's sign ("-3mm"); a number too
+// large for a double is reported in problem.  When the name holds no
+// thickness, returns nullopt and sets reason.
 std::optional<NamedThickness> ThicknessFromName(const std::string& name,
                                                 const std::string& material,
                                                 LengthUnit bare_unit, std::string& reason);

@@ -15,12 +15,4 @@ void Warn(const std::string& message) {
   std::fprintf(stderr, "slb-tool: warning: %s\n", message.c_str());
 }
 
-bool LoadDatabase(Sparlane::Database& db, const std::string& path) {
-  if (db.LoadFromBinary(path) != Sparlane::ErrorCode::Success) {
-    FailWithLibraryError(db);
-    return false;
-  }
-  return true;
-}
-
 }  // namespace slb

@@ -21,9 +21,6 @@ int FailWithLibraryError(const Sparlane::Database& db);
 // Prints "slb-tool: warning: <message>" on stderr.
 void Warn(const std::string& message);
 
-// Loads path; on failure prints the library's message.  True on success.
-bool LoadDatabase(Sparlane::Database& db, const std::string& path);
-
 }  // namespace slb
 
 #endif  // SLB_TOOL_EXIT_STATUS_H_

@@ -17,6 +17,7 @@ struct ImportRow {
   std::string machine;
   std::string material;
   Sparlane::CuttingParameter values{};  // ids are filled in by the builder
+  std::string problem;  // set when the row is known to be unusable
 
   // "file:line" for messages.
   std::string Where() const { return source + ":" + std::to_string(line); }

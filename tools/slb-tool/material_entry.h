@@ -27,6 +27,7 @@ struct MaterialEntry {
   std::optional<double> cut_volts;
   std::optional<double> thickness;  // an explicit, non-zero thickness key
   std::vector<std::string> missing;  // mandatory keys that were absent or empty
+  std::string problem;  // the first value that is given but cannot be read
 
   std::string Where() const { return source + ":" + std::to_string(line); }
 };
@@ -42,8 +43,14 @@ struct PlacementOptions {
 
 // The units a file's values look like: kerf below 0.2 with pierce height
 // below 0.3 votes inch; kerf of 0.4 or more or pierce height of 1.5 or more
-// votes millimetre.  nullopt when no entry votes or the vote is tied.
-std::optional<LengthUnit> GuessUnits(const std::vector<MaterialEntry>& entries);
+// votes millimetre.
+struct UnitVotes {
+  int mm = 0;
+  int inch = 0;
+  // The majority; nullopt when no entry votes or the vote is tied.
+  std::optional<LengthUnit> Winner() const;
+};
+UnitVotes CountUnitVotes(const std::vector<MaterialEntry>& entries);
 
 // True when the entry's name passes the --filter text.
 bool PassesFilter(const MaterialEntry& entry, const PlacementOptions& options);
@@ -51,7 +58,9 @@ bool PassesFilter(const MaterialEntry& entry, const PlacementOptions& options);
 // Entries become rows; entries that cannot be placed are reported in
 // warnings ("file:line: entry "NAME" not placed: reason") and skipped.
 // Later entries with the same material and thickness as an earlier one are
-// skipped too.
+// skipped too.  An entry with a value that cannot be used (unreadable, out
+// of range, a current that no record can hold) becomes a row whose problem
+// says so.
 std::vector<ImportRow> PlaceEntries(const std::vector<MaterialEntry>& entries,
                                     const PlacementOptions& options,
                                     std::vector<std::string>& warnings);

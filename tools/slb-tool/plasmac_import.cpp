@@ -13,6 +13,7 @@ struct Block {
   MaterialEntry entry;
   std::optional<long> number;
   std::map<std::string, std::string> values;  // upper-case key -> non-empty value
+  std::map<std::string, std::size_t> key_lines;  // where each key was last given
 };
 
 std::string Upper(std::string_view text) {
@@ -31,31 +32,33 @@ const std::set<std::string>& KnownKeys() {
   return keys;
 }
 
-std::optional<double> NumberOf(const Block& block, const char* key,
-                               std::vector<std::string>& warnings) {
+// The key's value; a value that is given but cannot be read makes the
+// entry unusable (its problem names the first such value).
+std::optional<double> NumberOf(const Block& block, const char* key, MaterialEntry& entry) {
   const auto it = block.values.find(key);
   if (it == block.values.end()) return std::nullopt;
-  const auto value = ParseNumber(it->second);
-  if (!value) {
-    warnings.push_back(block.entry.Where() + ": " + key + " \"" + it->second +
-                       "\" is not a number; ignored");
+  NumberProblem problem;
+  const auto value = ParseNumber(it->second, &problem);
+  if (!value && entry.problem.empty()) {
+    entry.problem = std::string(key) + " " + NumberProblemText(problem) + ": \"" +
+                    Printable(it->second) + "\"";
   }
   return value;
 }
 
-MaterialEntry Finish(Block& block, std::vector<std::string>& warnings) {
+MaterialEntry Finish(Block& block) {
   MaterialEntry entry = block.entry;
   if (const auto name = block.values.find("NAME"); name != block.values.end()) {
     entry.name = name->second;
   }
-  entry.kerf_width = NumberOf(block, "KERF_WIDTH", warnings);
-  entry.pierce_height = NumberOf(block, "PIERCE_HEIGHT", warnings);
-  entry.pierce_delay = NumberOf(block, "PIERCE_DELAY", warnings);
-  entry.cut_height = NumberOf(block, "CUT_HEIGHT", warnings);
-  entry.cut_speed = NumberOf(block, "CUT_SPEED", warnings);
-  entry.cut_amps = NumberOf(block, "CUT_AMPS", warnings);
-  entry.cut_volts = NumberOf(block, "CUT_VOLTS", warnings);
-  entry.thickness = NumberOf(block, "THICKNESS", warnings);
+  entry.kerf_width = NumberOf(block, "KERF_WIDTH", entry);
+  entry.pierce_height = NumberOf(block, "PIERCE_HEIGHT", entry);
+  entry.pierce_delay = NumberOf(block, "PIERCE_DELAY", entry);
+  entry.cut_height = NumberOf(block, "CUT_HEIGHT", entry);
+  entry.cut_speed = NumberOf(block, "CUT_SPEED", entry);
+  entry.cut_amps = NumberOf(block, "CUT_AMPS", entry);
+  entry.cut_volts = NumberOf(block, "CUT_VOLTS", entry);
+  entry.thickness = NumberOf(block, "THICKNESS", entry);
   const std::pair<const char*, const std::optional<double>*> mandatory[] = {
       {"PIERCE_HEIGHT", &entry.pierce_height},
       {"PIERCE_DELAY", &entry.pierce_delay},
@@ -104,7 +107,7 @@ bool ReadPlasmacFile(const std::string& path, std::vector<MaterialEntry>& entrie
     const auto eq = line.find('=');
     if (!in_block || eq == std::string_view::npos) {
       warnings.push_back(path + ":" + std::to_string(line_number) + ": line ignored: " +
-                         std::string(line));
+                         Printable(line));
       continue;
     }
     const std::string key = Upper(Trim(line.substr(0, eq)));
@@ -113,7 +116,21 @@ bool ReadPlasmacFile(const std::string& path, std::vector<MaterialEntry>& entrie
       warnings.push_back(path + ":" + std::to_string(line_number) + ": unknown key " + key +
                          " ignored");
     }
-    if (!value.empty()) blocks.back().values[key] = value;  // empty counts as missing
+    Block& block = blocks.back();
+    const auto earlier = block.key_lines.find(key);
+    if (earlier != block.key_lines.end()) {
+      warnings.push_back(path + ":" + std::to_string(line_number) + ": " + key +
+                         " is given again in the block of line " +
+                         std::to_string(block.entry.line) + " (first at line " +
+                         std::to_string(earlier->second) + "); the later value is used");
+    }
+    block.key_lines[key] = line_number;
+    // The last value given wins; an empty one counts as missing.
+    if (value.empty()) {
+      block.values.erase(key);
+    } else {
+      block.values[key] = value;
+    }
   }
 
   // A number given twice: the later block replaces the earlier one.
@@ -129,7 +146,7 @@ bool ReadPlasmacFile(const std::string& path, std::vector<MaterialEntry>& entrie
                          std::to_string(later.entry.line) + "; the later block wins");
       continue;
     }
-    entries.push_back(Finish(blocks[i], warnings));
+    entries.push_back(Finish(blocks[i]));
   }
   return true;
 }

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 
 #include "number_format.h"
+#include "number_options.h"
+#include "settings_safety.h"
 
 namespace slb {
 
@@ -26,29 +28,31 @@ void AddRecordOptions(CLI::App* command, RecordRequest& request) {
   command->add_option("--material", request.material, "Material name, e.g. \"Mild steel\"")
       ->required();
   command->add_option("--machine", request.machine, "Machine model name")->required();
-  command->add_option("--thickness", request.thickness, "Plate thickness in mm")->required();
+  command->add_option("--thickness", request.thickness, "Plate thickness in mm")
+      ->required()
+      ->check(FinitePositive());
   auto* exact = command->add_option("--exact", request.exact_tolerance,
                                     "A listed record within TOL mm of the thickness")
                     ->type_name("TOL")
-                    ->check(CLI::NonNegativeNumber);
+                    ->check(FiniteNonNegative());
   auto* nearest =
       command->add_flag("--nearest", request.nearest, "The listed record of nearest thickness");
   auto* interpolate = command->add_flag(
       "--interpolate", "Interpolate between the neighbouring records (the default)");
   exact->excludes(nearest)->excludes(interpolate);
   nearest->excludes(interpolate);
+  command->add_flag("--allow-extrapolation", request.allow_extrapolation,
+                    "Answer a thickness more than 25 % beyond the listed rows too");
   command->add_flag("--json", request.json, "Machine-readable output");
 }
 
 namespace {
 
-void FindNeighbours(const Sparlane::Database& db, std::uint16_t machine_id,
+void FindNeighbours(const std::vector<Sparlane::CuttingParameter>& records,
                     const RecordRequest& request, Selection& selection) {
   const Sparlane::CuttingParameter* below = nullptr;
   const Sparlane::CuttingParameter* above = nullptr;
-  const auto records = db.FindByMaterial(request.material);
   for (const auto& r : records) {
-    if (r.machine_model_id != machine_id) continue;
     if (r.thickness_mm < request.thickness) {
       if (!below || r.thickness_mm >= below->thickness_mm) below = &r;
     } else if (r.thickness_mm >= request.thickness) {
@@ -81,6 +85,11 @@ Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
     return selection;
   }
   const std::string what = request.material + " on " + request.machine;
+  const auto listed = ListedRecords(db, request.material, *machine_id);
+  if (!request.allow_extrapolation) {
+    selection.miss_reason = ExtrapolationProblem(listed, request.thickness, what);
+    if (!selection.miss_reason.empty()) return selection;
+  }
   switch (request.Mode()) {
     case SelectionMode::Exact: {
       auto found = db.FindExact(request.material, request.thickness, request.machine,
@@ -113,11 +122,14 @@ Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
       selection.record = result.parameter;
       selection.confidence = result.confidence;
       selection.extrapolated = result.extrapolated;
-      FindNeighbours(db, *machine_id, request, selection);
+      FindNeighbours(listed, request, selection);
+      selection.miss_reason = UnsafeSourceProblem(selection.neighbours, what);
+      if (!selection.miss_reason.empty()) return selection;
       break;
     }
   }
-  selection.found = true;
+  selection.miss_reason = UnsafeSettingsProblem(selection.record, what, request.thickness);
+  selection.found = selection.miss_reason.empty();
   return selection;
 }
 

@@ -24,6 +24,7 @@ struct RecordRequest {
   float thickness = 0.0f;
   float exact_tolerance = -1.0f;  // >= 0 when --exact was given
   bool nearest = false;
+  bool allow_extrapolation = false;
   bool json = false;
 
   SelectionMode Mode() const;
@@ -42,9 +43,16 @@ struct Selection {
 };
 
 // Adds FILE, --material, --machine, --thickness, --exact, --nearest,
-// --interpolate and --json to a subcommand.
+// --interpolate, --allow-extrapolation and --json to a subcommand.  The
+// thickness must be a finite number greater than 0, the tolerance a finite
+// number of 0 or more.
 void AddRecordOptions(CLI::App* command, RecordRequest& request);
 
+// Finds the record in the requested mode.  Nothing is found (miss_reason
+// says why) when the thickness lies beyond the extrapolation limit of the
+// listed rows of the material and machine (unless allowed), or when the
+// settings found fail the strict record check: no unsafe setting is ever
+// handed out.
 Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
                        const RecordRequest& request);
 

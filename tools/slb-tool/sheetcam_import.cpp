@@ -12,6 +12,7 @@ struct Section {
   std::string name;
   std::size_t line = 0;
   std::map<std::string, std::string> values;  // unescaped key -> value
+  std::map<std::string, std::size_t> key_lines;  // where each key was last given
 };
 
 // Qt settings files escape blanks (and other bytes) in keys with a backslash.
@@ -32,35 +33,36 @@ bool IsToolSection(const std::string& name) {
   return true;
 }
 
+// The first of the keys that has a value; a value that cannot be read makes
+// the entry unusable (its problem names the first such value).
 std::optional<double> FirstNumber(const Section& section, std::initializer_list<const char*> keys,
-                                  const std::string& where, std::vector<std::string>& warnings) {
+                                  MaterialEntry& entry) {
   for (const char* key : keys) {
     const auto it = section.values.find(key);
     if (it == section.values.end() || Trim(it->second).empty()) continue;
-    const auto value = ParseNumber(it->second);
-    if (!value) {
-      warnings.push_back(where + ": " + key + " \"" + it->second + "\" is not a number; ignored");
+    NumberProblem problem;
+    const auto value = ParseNumber(it->second, &problem);
+    if (!value && entry.problem.empty()) {
+      entry.problem = std::string(key) + " " + NumberProblemText(problem) + ": \"" +
+                      Printable(it->second) + "\"";
     }
     return value;
   }
   return std::nullopt;
 }
 
-MaterialEntry ToEntry(const std::string& path, const Section& s,
-                      std::vector<std::string>& warnings) {
+MaterialEntry ToEntry(const std::string& path, const Section& s) {
   MaterialEntry e;
   e.source = path;
   e.line = s.line;
-  const std::string where = e.Where();
   if (const auto name = s.values.find("Name"); name != s.values.end()) e.name = name->second;
-  e.kerf_width = FirstNumber(s, {"Kerf width"}, where, warnings);
-  e.pierce_height = FirstNumber(s, {"Pierce height"}, where, warnings);
-  e.pierce_delay = FirstNumber(s, {"Pierce delay"}, where, warnings);
-  e.cut_height = FirstNumber(s, {"Cut height"}, where, warnings);
-  e.cut_speed = FirstNumber(s, {"Feed rate"}, where, warnings);
-  e.cut_amps = FirstNumber(s, {"Cut current", "Preset current", "Tip Size -Amps"}, where,
-                           warnings);
-  e.cut_volts = FirstNumber(s, {"Cut voltage", "Preset volts"}, where, warnings);
+  e.kerf_width = FirstNumber(s, {"Kerf width"}, e);
+  e.pierce_height = FirstNumber(s, {"Pierce height"}, e);
+  e.pierce_delay = FirstNumber(s, {"Pierce delay"}, e);
+  e.cut_height = FirstNumber(s, {"Cut height"}, e);
+  e.cut_speed = FirstNumber(s, {"Feed rate"}, e);
+  e.cut_amps = FirstNumber(s, {"Cut current", "Preset current", "Tip Size -Amps"}, e);
+  e.cut_volts = FirstNumber(s, {"Cut voltage", "Preset volts"}, e);
   const std::pair<const char*, const std::optional<double>*> mandatory[] = {
       {"Pierce height", &e.pierce_height},
       {"Pierce delay", &e.pierce_delay},
@@ -85,13 +87,21 @@ bool ReadSheetcamFile(const std::string& path, std::vector<MaterialEntry>& entri
     const std::string_view line = Trim(lines[i]);
     if (line.empty() || line.front() == ';' || line.front() == '#') continue;
     if (line.front() == '[' && line.back() == ']') {
-      sections.push_back({std::string(Trim(line.substr(1, line.size() - 2))), i + 1, {}});
+      sections.push_back({std::string(Trim(line.substr(1, line.size() - 2))), i + 1, {}, {}});
       continue;
     }
     const auto eq = line.find('=');
     if (sections.empty() || eq == std::string_view::npos) continue;
-    sections.back().values[Unescape(Trim(line.substr(0, eq)))] =
-        std::string(Trim(line.substr(eq + 1)));
+    Section& section = sections.back();
+    const std::string key = Unescape(Trim(line.substr(0, eq)));
+    const auto earlier = section.key_lines.find(key);
+    if (earlier != section.key_lines.end()) {
+      warnings.push_back(path + ":" + std::to_string(i + 1) + ": " + Printable(key) +
+                         " is given again in [" + Printable(section.name) + "] (first at line " +
+                         std::to_string(earlier->second) + "); the later value is used");
+    }
+    section.key_lines[key] = i + 1;
+    section.values[key] = std::string(Trim(line.substr(eq + 1)));
   }
   std::size_t tools = 0;
   for (const auto& s : sections) {
@@ -100,7 +110,7 @@ bool ReadSheetcamFile(const std::string& path, std::vector<MaterialEntry>& entri
     ++tools;
     const auto type = s.values.find("Type");
     if (type == s.values.end() || type->second != "PlasmaTool") continue;
-    entries.push_back(ToEntry(path, s, warnings));
+    entries.push_back(ToEntry(path, s));
   }
   if (entries.empty()) {
     warnings.push_back(path + ": no plasma tools (Type=PlasmaTool) among " +

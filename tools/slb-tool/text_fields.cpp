@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <charconv>
+#include <cstdio>
 #include <fstream>
 #include <sstream>
 
@@ -22,25 +23,40 @@ std::string Lower(std::string_view text) {
   return out;
 }
 
-std::optional<double> ParseNumber(std::string_view text) {
+const char* NumberProblemText(NumberProblem problem) {
+  return problem == NumberProblem::kOutOfRange ? "is out of range" : "is not a number";
+}
+
+namespace {
+
+template <typename T>
+std::optional<T> ParseAs(std::string_view text, NumberProblem* problem) {
+  NumberProblem unused;
+  NumberProblem& why = problem != nullptr ? *problem : unused;
+  why = NumberProblem::kNotANumber;
   text = Trim(text);
+  // from_chars reads a leading minus but not a plus; "+-1" stays an error.
+  if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
   if (text.empty()) return std::nullopt;
-  if (text.front() == '+') text.remove_prefix(1);
-  double value = 0.0;
+  T value{};
   const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-  // Out-of-range values come back as an error; the rest must be consumed.
-  if (ec != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (ec == std::errc::invalid_argument || end != text.data() + text.size()) return std::nullopt;
+  if (ec == std::errc::result_out_of_range) {
+    why = NumberProblem::kOutOfRange;
+    return std::nullopt;
+  }
+  why = NumberProblem::kNone;
   return value;
 }
 
-std::optional<float> ParseFloat(std::string_view text) {
-  text = Trim(text);
-  if (text.empty()) return std::nullopt;
-  if (text.front() == '+') text.remove_prefix(1);
-  float value = 0.0f;
-  const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (ec != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
+}  // namespace
+
+std::optional<double> ParseNumber(std::string_view text, NumberProblem* problem) {
+  return ParseAs<double>(text, problem);
+}
+
+std::optional<float> ParseFloat(std::string_view text, NumberProblem* problem) {
+  return ParseAs<float>(text, problem);
 }
 
 std::optional<std::uint64_t> ParseUnsigned(std::string_view text, std::uint64_t max) {
@@ -51,6 +67,20 @@ std::optional<std::uint64_t> ParseUnsigned(std::string_view text, std::uint64_t 
     return std::nullopt;
   }
   return value;
+}
+
+std::string Printable(std::string_view text) {
+  std::string out;
+  for (unsigned char c : text) {
+    if (c < 0x20 || c == 0x7F) {
+      char escape[8];
+      std::snprintf(escape, sizeof escape, "\\x%02x", c);
+      out += escape;
+    } else {
+      out += static_cast<char>(c);
+    }
+  }
+  return out;
 }
 
 bool ReadFile(const std::string& path, std::string& contents) {

@@ -15,11 +15,23 @@ std::string_view Trim(std::string_view text);
 // ASCII lower case; other bytes (UTF-8 included) are kept.
 std::string Lower(std::string_view text);
 
-// A whole field as a number in the C locale ("1", "2.5", "2.4e-17", "nan").
-// Surrounding blanks are allowed; anything else is not.
-std::optional<double> ParseNumber(std::string_view text);
-std::optional<float> ParseFloat(std::string_view text);
+// Why a text is not read as a number.
+enum class NumberProblem { kNone, kNotANumber, kOutOfRange };
+
+// "is not a number" or "is out of range".
+const char* NumberProblemText(NumberProblem problem);
+
+// A whole field as a number in the C locale ("1", "-2.5", "+2.4e-17",
+// "nan").  Surrounding blanks are allowed; anything else is not.  A value
+// too large or too small for the type is out of range, never a number of
+// another size.  On failure, *problem (when given) says which.
+std::optional<double> ParseNumber(std::string_view text, NumberProblem* problem = nullptr);
+std::optional<float> ParseFloat(std::string_view text, NumberProblem* problem = nullptr);
 std::optional<std::uint64_t> ParseUnsigned(std::string_view text, std::uint64_t max);
+
+// The text with control bytes shown as "\xNN", for quoting input in
+// messages without sending a terminal control sequences.
+std::string Printable(std::string_view text);
 
 // Reads a whole file; false when it cannot be read.
 bool ReadFile(const std::string& path, std::string& contents);
