@@ -6,7 +6,7 @@
 #include "export/export_file.h"
 #include "export/export_names.h"
 #include "export/text_sink.h"
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 namespace {
@@ -41,23 +41,23 @@ void WriteCsvRecord(TextSink& sink, const CuttingParameter& p, const WrittenName
 }  // namespace
 
 ErrorCode Database::ExportToCSV(const std::string& path) {
-  DatabaseImpl& impl = *impl_;
+  Store& s = *impl_;
   std::ofstream out;
-  ErrorCode opened = OpenExportFile(impl, path, out);
+  ErrorCode opened = OpenExportFile(s, path, out);
   if (opened != ErrorCode::Success) return opened;
 
-  const WrittenNames vendors(impl.vendors, CsvField);
-  const WrittenNames machines(impl.machines, CsvField);
-  const WrittenNames materials(impl.materials, CsvField);
+  const WrittenNames vendors(s.names(NameKind::kVendor).names, CsvField);
+  const WrittenNames machines(s.names(NameKind::kMachine).names, CsvField);
+  const WrittenNames materials(s.names(NameKind::kMaterial).names, CsvField);
   {
     TextSink sink(out);
     WriteCsvHeader(sink);
-    for (const CuttingParameter& p : impl.parameters) {
+    for (const CuttingParameter& p : s.records()) {
       WriteCsvRecord(sink, p, vendors, machines, materials);
     }
     sink.Flush();
   }
-  return FinishExportFile(impl, out);
+  return FinishExportFile(s, out);
 }
 
 }  // namespace Sparlane

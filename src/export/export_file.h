@@ -6,18 +6,18 @@
 #include <fstream>
 #include <string>
 
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 
 // Checks the loaded flag, sanitises path and opens it as a truncating text
 // stream.  On failure sets the message and returns its code; no file is
 // created when the database is not loaded.
-ErrorCode OpenExportFile(DatabaseImpl& impl, const std::string& path, std::ofstream& out);
+ErrorCode OpenExportFile(Store& store, const std::string& path, std::ofstream& out);
 
 // Write errors are looked at once, after everything was written.  A failing
 // close of a good stream is not reported.
-ErrorCode FinishExportFile(DatabaseImpl& impl, std::ofstream& out);
+ErrorCode FinishExportFile(Store& store, std::ofstream& out);
 
 }  // namespace Sparlane
 

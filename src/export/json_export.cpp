@@ -8,7 +8,7 @@
 #include "export/export_file.h"
 #include "export/export_names.h"
 #include "export/text_sink.h"
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 namespace {
@@ -65,14 +65,14 @@ void WriteJsonRecord(TextSink& sink, const CuttingParameter& p, const WrittenNam
 }  // namespace
 
 ErrorCode Database::ExportToJSON(const std::string& path) {
-  DatabaseImpl& impl = *impl_;
+  Store& s = *impl_;
   std::ofstream out;
-  ErrorCode opened = OpenExportFile(impl, path, out);
+  ErrorCode opened = OpenExportFile(s, path, out);
   if (opened != ErrorCode::Success) return opened;
 
-  const WrittenNames vendors(impl.vendors, JsonEscape);
-  const WrittenNames machines(impl.machines, JsonEscape);
-  const WrittenNames materials(impl.materials, JsonEscape);
+  const WrittenNames vendors(s.names(NameKind::kVendor).names, JsonEscape);
+  const WrittenNames machines(s.names(NameKind::kMachine).names, JsonEscape);
+  const WrittenNames materials(s.names(NameKind::kMaterial).names, JsonEscape);
   {
     TextSink sink(out);
     sink.PutLiteral("{\n");
@@ -82,13 +82,14 @@ ErrorCode Database::ExportToJSON(const std::string& path) {
     sink.PutLiteral(".");
     sink.PutUnsigned(0);
     sink.PutLiteral("\",\n");
-    WriteNameList(sink, "  \"vendors\": [", impl.vendors);
-    WriteNameList(sink, "  \"machines\": [", impl.machines);
-    WriteNameList(sink, "  \"materials\": [", impl.materials);
+    WriteNameList(sink, "  \"vendors\": [", s.names(NameKind::kVendor).names);
+    WriteNameList(sink, "  \"machines\": [", s.names(NameKind::kMachine).names);
+    WriteNameList(sink, "  \"materials\": [", s.names(NameKind::kMaterial).names);
     sink.PutLiteral("  \"parameters\": [\n");
-    const std::size_t count = impl.parameters.size();
+    const std::vector<CuttingParameter>& records = s.records();
+    const std::size_t count = records.size();
     for (std::size_t i = 0; i < count; ++i) {
-      WriteJsonRecord(sink, impl.parameters[i], vendors, machines, materials);
+      WriteJsonRecord(sink, records[i], vendors, machines, materials);
       if (i + 1 < count) sink.Put(',');
       sink.Put('\n');
     }
@@ -96,7 +97,7 @@ ErrorCode Database::ExportToJSON(const std::string& path) {
     sink.PutLiteral("}\n");
     sink.Flush();
   }
-  return FinishExportFile(impl, out);
+  return FinishExportFile(s, out);
 }
 
 }  // namespace Sparlane

@@ -21,7 +21,7 @@ prefix="$work/prefix"
 
 cmake --install "$build_dir" --prefix "$prefix" >/dev/null
 
-for f in include/sparlane/sparlane.h; do
+for f in include/sparlane/{sparlane,export,records,file_header,results,calculators,database,testing}.h; do
   [ -f "$prefix/$f" ] || { echo "not installed: $f" >&2; exit 1; }
 done
 lib="$(find "$prefix" -name 'libsparlane.so.1' -print -quit)"
