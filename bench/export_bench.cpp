@@ -11,14 +11,13 @@
 #include <vector>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
+#include "../tests/support/store_seam.h"
 
 namespace {
 
 using Sparlane::CuttingParameter;
 using Sparlane::Database;
 using Sparlane::DatabaseAccess;
-using Sparlane::DatabaseImpl;
 using Sparlane::ErrorCode;
 
 constexpr std::size_t kRecords = 1000000;
@@ -34,13 +33,19 @@ Database& Filled() {
   static Database db = [] {
     Database d;
     d.Create();
-    DatabaseImpl& body = DatabaseAccess::Body(d);
-    for (int i = 1; i <= 20; ++i) body.vendors.push_back("Vendor " + std::to_string(i));
-    for (int i = 1; i <= 400; ++i) body.machines.push_back("Air plasma " + std::to_string(i));
-    for (int i = 1; i <= 150; ++i) body.materials.push_back("Steel, grade " + std::to_string(i));
-    body.parameters.resize(kRecords);
+    std::vector<std::string> names;
+    for (int i = 1; i <= 20; ++i) names.push_back("Vendor " + std::to_string(i));
+    DatabaseAccess::SetNames(d, Sparlane::NameKind::kVendor, names);
+    names.clear();
+    for (int i = 1; i <= 400; ++i) names.push_back("Air plasma " + std::to_string(i));
+    DatabaseAccess::SetNames(d, Sparlane::NameKind::kMachine, names);
+    names.clear();
+    for (int i = 1; i <= 150; ++i) names.push_back("Steel, grade " + std::to_string(i));
+    DatabaseAccess::SetNames(d, Sparlane::NameKind::kMaterial, names);
+    std::vector<CuttingParameter>& table = DatabaseAccess::Records(d);
+    table.resize(kRecords);
     for (std::size_t i = 0; i < kRecords; ++i) {
-      CuttingParameter& p = body.parameters[i];
+      CuttingParameter& p = table[i];
       p.vendor_id = static_cast<std::uint16_t>(1 + i % 20);
       p.machine_model_id = static_cast<std::uint16_t>(1 + i % 400);
       p.material_id = static_cast<std::uint16_t>(1 + i % 150);
@@ -92,7 +97,11 @@ void BM_OneWrite(benchmark::State& state, const char* tail) {
 
 // The straightforward exporter: every field inserted with operator<<.
 void BM_PlainStreamCsv(benchmark::State& state) {
-  const DatabaseImpl& body = DatabaseAccess::Body(Filled());
+  const Database& db = Filled();
+  const std::vector<std::string> vendors = db.GetVendors();
+  const std::vector<std::string> machines = db.GetMachines();
+  const std::vector<std::string> materials = db.GetMaterials();
+  const std::vector<CuttingParameter> records = db.GetParameters();
   const std::string path = OutputPath(".plain.csv");
   auto name = [](const std::vector<std::string>& t, std::uint16_t id) -> const std::string& {
     static const std::string empty;
@@ -103,10 +112,10 @@ void BM_PlainStreamCsv(benchmark::State& state) {
     f << "vendor,machine_model,material,thickness_mm,cut_speed_mm_min,"
          "cut_height_mm,pierce_height_mm,transfer_height_mm,arc_voltage_v,"
          "pierce_time_s,kerf_width_mm,current_amps,flags\n";
-    for (const CuttingParameter& p : body.parameters) {
+    for (const CuttingParameter& p : records) {
       // Names here never need quoting except the materials, quoted as written.
-      f << name(body.vendors, p.vendor_id) << "," << name(body.machines, p.machine_model_id)
-        << ",\"" << name(body.materials, p.material_id) << "\"," << p.thickness_mm << ","
+      f << name(vendors, p.vendor_id) << "," << name(machines, p.machine_model_id)
+        << ",\"" << name(materials, p.material_id) << "\"," << p.thickness_mm << ","
         << p.cut_speed_mm_min << "," << p.cut_height_mm << "," << p.pierce_height_mm << ","
         << p.transfer_height_mm << "," << p.arc_voltage_v << "," << p.pierce_time_s << ","
         << p.kerf_width_mm << "," << p.current_amps << "," << p.flags << "\n";

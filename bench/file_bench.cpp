@@ -26,8 +26,9 @@
 
 #include "file/byte_order.h"
 #include "file/file_parser.h"
+#include "file/mapped_file.h"
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
+#include "../tests/support/store_seam.h"
 
 namespace {
 
@@ -42,12 +43,16 @@ std::string g_dir;
 // Records sorted as files are written: by material, machine, thickness.
 void FillTable(Database& db, int records) {
   db.Create();
-  Sparlane::DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.vendors = {"Vendor A", "Vendor B", "Vendor C"};
-  for (int m = 0; m < 400; ++m) d.machines.push_back("Machine " + std::to_string(m));
-  for (int m = 0; m < 150; ++m) d.materials.push_back("Material " + std::to_string(m));
+  DatabaseAccess::SetNames(db, Sparlane::NameKind::kVendor, {"Vendor A", "Vendor B", "Vendor C"});
+  std::vector<std::string> names;
+  for (int m = 0; m < 400; ++m) names.push_back("Machine " + std::to_string(m));
+  DatabaseAccess::SetNames(db, Sparlane::NameKind::kMachine, names);
+  names.clear();
+  for (int m = 0; m < 150; ++m) names.push_back("Material " + std::to_string(m));
+  DatabaseAccess::SetNames(db, Sparlane::NameKind::kMaterial, names);
+  std::vector<CuttingParameter>& table = DatabaseAccess::Records(db);
   std::mt19937 rng(1);
-  d.parameters.reserve(static_cast<std::size_t>(records));
+  table.reserve(static_cast<std::size_t>(records));
   const int per_material = records / 150 + 1;
   for (int i = 0; i < records; ++i) {
     const int material = i / per_material;
@@ -65,7 +70,7 @@ void FillTable(Database& db, int records) {
     p.pierce_time_s = 0.05f * p.thickness_mm;
     p.kerf_width_mm = 1.0f + 0.02f * p.thickness_mm;
     p.current_amps = static_cast<std::uint16_t>(30 + 10 * (within % 20));
-    d.parameters.push_back(p);
+    table.push_back(p);
   }
 }
 
@@ -141,7 +146,7 @@ void MapAndParse(benchmark::State& state, const std::string& path) {
   for (auto _ : state) {
     Sparlane::MappedFile file;
     file.Open(path);
-    Sparlane::DatabaseImpl store;
+    Sparlane::StoreParts store;
     if (Sparlane::ParseParameterFile(file.view(), file.size(), store) != ErrorCode::Success) {
       state.SkipWithError("parse failed");
     }

@@ -31,15 +31,13 @@
 #endif
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
-#include "store/indexes.h"
+#include "../tests/support/store_seam.h"
 
 namespace {
 
 using Sparlane::CuttingParameter;
 using Sparlane::Database;
 using Sparlane::DatabaseAccess;
-using Sparlane::DatabaseImpl;
 
 constexpr std::int64_t kHot = 64;
 constexpr std::int64_t kCold = 4096;
@@ -271,9 +269,7 @@ struct Fixture {
       db.AddMachine("Vendor " + std::to_string(1 + i % 20), MachineName(i), "");
     }
     for (int i = 1; i <= shape.materials; ++i) db.AddMaterial(MaterialName(i));
-    DatabaseImpl& body = DatabaseAccess::Body(db);
-    body.parameters = table;
-    Sparlane::RebuildRecordIndexes(body);  // as a load does
+    DatabaseAccess::LoadRecords(db, table);  // as a load does
 #ifdef SPARLANE_BENCH_HAVE_SQLITE
     sql = std::make_unique<SqlStore>(shape, table);
 #endif
@@ -382,12 +378,12 @@ void BM_AdjustForMaxSpeed(benchmark::State& s) {
 // The whole-table scan FindNearest is defined as, for reference.
 void BM_FindNearestWholeScan(benchmark::State& s) {
   Loop(s, [](Fixture& f, const Query& q) -> std::size_t {
-    const DatabaseImpl& d = DatabaseAccess::Body(f.db);
-    const std::uint16_t mat = Sparlane::ResolveName(d.material_ids, q.material);
-    const std::uint16_t mach = Sparlane::ResolveName(d.machine_ids, q.machine);
+    const Sparlane::Store& d = DatabaseAccess::Body(f.db);
+    const std::uint16_t mat = f.db.GetMaterialId(q.material);
+    const std::uint16_t mach = f.db.GetMachineId(q.machine);
     const CuttingParameter* best = nullptr;
     float best_distance = 3.4028235e38f;
-    for (const CuttingParameter& r : d.parameters) {
+    for (const CuttingParameter& r : d.records()) {
       if (r.material_id != mat || r.machine_model_id != mach) continue;
       const float distance = std::fabs(r.thickness_mm - q.between_thickness);
       if (distance < best_distance) {

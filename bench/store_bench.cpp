@@ -12,15 +12,14 @@
 #include <vector>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
-#include "store/indexes.h"
+#include "store/record_indexes.h"
+#include "../tests/support/store_seam.h"
 
 namespace {
 
 using Sparlane::CuttingParameter;
 using Sparlane::Database;
 using Sparlane::DatabaseAccess;
-using Sparlane::DatabaseImpl;
 
 constexpr std::size_t kRecords = 1000000;
 constexpr int kMaterials = 150;
@@ -58,11 +57,10 @@ const std::vector<CuttingParameter>& SortedTable() {
 
 // The material index and the machine index alone.
 void BM_RebuildRecordIndexes(benchmark::State& state) {
-  Database db;
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.parameters = SortedTable();
+  const std::vector<CuttingParameter>& table = SortedTable();
+  Sparlane::RecordIndexes d;
   for (auto _ : state) {
-    Sparlane::RebuildMaterialAndMachineIndexes(d);
+    d.Rebuild(table);
     benchmark::DoNotOptimize(d.material_ranges.size());
     benchmark::DoNotOptimize(d.machine_records.size());
   }
@@ -76,10 +74,10 @@ void BM_RebuildRecordIndexes(benchmark::State& state) {
 // ride along with the record indexes.
 void BM_RebuildAfterUpdate(benchmark::State& state) {
   Database db;
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.parameters = SortedTable();
+  DatabaseAccess::Records(db) = SortedTable();
+  const Sparlane::RecordIndexes& d = DatabaseAccess::Body(db).record_indexes();
   for (auto _ : state) {
-    Sparlane::RebuildRecordIndexes(d);
+    DatabaseAccess::RebuildIndexes(db);
     benchmark::DoNotOptimize(d.material_ranges.size());
     benchmark::DoNotOptimize(d.machine_records.size());
   }

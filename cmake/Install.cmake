@@ -5,7 +5,9 @@ install(TARGETS sparlane EXPORT sparlaneTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(FILES include/sparlane/sparlane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/sparlane)
+# Every public header: sparlane.h and the focused headers it includes.
+install(DIRECTORY include/sparlane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/sparlane
+        FILES_MATCHING PATTERN "*.h")
 
 set(SPARLANE_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/sparlane)
 install(EXPORT sparlaneTargets NAMESPACE sparlane:: DESTINATION ${SPARLANE_CMAKE_DIR})

@@ -15,7 +15,6 @@
 #include "file/header_checksum.h"
 #include "file/header_codec.h"
 #include "file/lz4_blocks.h"
-#include "store/database_impl.h"
 
 namespace {
 
@@ -48,13 +47,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // An exact-size heap copy, so AddressSanitizer sees any read past the end.
   std::vector<std::uint8_t> file(data + 1, data + size);
   if ((mode & 1) && file.size() >= Sparlane::kHeaderSize) {
-    Sparlane::StoreLE32(file.data() + Sparlane::HeaderOffset::kCrc,
+    Sparlane::StoreLE32(file.data() + SPARLANE_HEADER_OFFSET(header_crc32),
                         Sparlane::HeaderChecksumOfBytes(file.data()));
   }
-  Sparlane::DatabaseImpl store;
-  if (Sparlane::ParseParameterFile(file.data(), file.size(), store) ==
+  Sparlane::StoreParts parts;
+  if (Sparlane::ParseParameterFile(file.data(), file.size(), parts) ==
       Sparlane::ErrorCode::Success) {
-    CheckLz4RoundTrip(store.parameters);
+    CheckLz4RoundTrip(*parts.records);
   }
   return 0;
 }

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
 
 namespace {
 
@@ -20,12 +19,15 @@ bool Copy(const std::string& from, const std::string& to, unsigned char mode) {
   return in.good() || in.eof() ? out.good() : false;
 }
 
-void Fill(Sparlane::Database& db, int records) {
+// Through the public calls only; every record passes the record check.
+bool Fill(Sparlane::Database& db, int records) {
+  using Sparlane::ErrorCode;
   db.Create();
-  Sparlane::DatabaseImpl& d = Sparlane::DatabaseAccess::Body(db);
-  d.vendors = {"Acme", "Borealis"};
-  d.machines = {"Cutter 1", "Cutter 2"};
-  d.materials = {"Mild Steel", "Stainless", "Aluminium"};
+  bool ok = db.AddMachine("Acme", "Cutter 1", "") == ErrorCode::Success &&
+            db.AddMachine("Borealis", "Cutter 2", "") == ErrorCode::Success;
+  for (const char* material : {"Mild Steel", "Stainless", "Aluminium"}) {
+    ok = ok && db.AddMaterial(material) == ErrorCode::Success;
+  }
   for (int i = 0; i < records; ++i) {
     Sparlane::CuttingParameter p{};
     p.vendor_id = static_cast<std::uint16_t>(1 + i % 2);
@@ -42,8 +44,9 @@ void Fill(Sparlane::Database& db, int records) {
     p.kerf_width_mm = 1.2f;
     p.current_amps = 45;
     p.flags = static_cast<std::uint32_t>(i) << 8;
-    d.parameters.push_back(p);
+    ok = ok && db.AddParameter(p) == ErrorCode::Success;
   }
+  return ok;
 }
 
 }  // namespace
@@ -67,7 +70,10 @@ int main(int argc, char** argv) {
   };
   for (const Seed& seed : seeds) {
     Sparlane::Database db;
-    Fill(db, seed.records);
+    if (!Fill(db, seed.records)) {
+      std::fprintf(stderr, "cannot fill seed %s: %s\n", seed.name, db.GetLastError().c_str());
+      return 1;
+    }
     const std::string file = dir + "/" + seed.name + ".bin";
     if (db.SaveToBinary(file, seed.compression) != Sparlane::ErrorCode::Success) {
       std::fprintf(stderr, "cannot write %s: %s\n", file.c_str(), db.GetLastError().c_str());

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "calc/zero_filled.h"
-#include "sparlane/sparlane.h"
+#include "sparlane/database.h"
 
 namespace Sparlane {
 namespace {

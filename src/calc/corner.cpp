@@ -1,6 +1,6 @@
 // Slowdown at a corner: the sharper the corner, the slower the torch.
 #include "calc/zero_filled.h"
-#include "sparlane/sparlane.h"
+#include "sparlane/database.h"
 
 namespace Sparlane {
 namespace {

@@ -1,6 +1,6 @@
 // How long one cut takes: travel at cut speed plus the pierce delays.
 #include "calc/zero_filled.h"
-#include "sparlane/sparlane.h"
+#include "sparlane/database.h"
 
 namespace Sparlane {
 

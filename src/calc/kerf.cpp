@@ -1,6 +1,6 @@
 // Tool offset that puts the kerf outside the part's edge.
 #include "calc/zero_filled.h"
-#include "sparlane/sparlane.h"
+#include "sparlane/database.h"
 
 namespace Sparlane {
 

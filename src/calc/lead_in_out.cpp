@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "calc/zero_filled.h"
-#include "sparlane/sparlane.h"
+#include "sparlane/database.h"
 
 namespace Sparlane {
 

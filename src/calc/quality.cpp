@@ -1,6 +1,6 @@
 // Edge-quality profiles: slower cutting buys smoother, more accurate edges.
 #include "calc/zero_filled.h"
-#include "sparlane/sparlane.h"
+#include "sparlane/database.h"
 
 namespace Sparlane {
 

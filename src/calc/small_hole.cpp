@@ -1,6 +1,6 @@
 // Settings for holes that are small compared with the plate thickness.
 #include "calc/zero_filled.h"
-#include "sparlane/sparlane.h"
+#include "sparlane/database.h"
 
 namespace Sparlane {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 namespace Testing {

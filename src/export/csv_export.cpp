@@ -6,7 +6,7 @@
 #include "export/export_file.h"
 #include "export/export_names.h"
 #include "export/text_sink.h"
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 namespace {
@@ -17,13 +17,12 @@ void WriteCsvHeader(TextSink& sink) {
   sink.PutLiteral("pierce_time_s,kerf_width_mm,current_amps,flags\n");
 }
 
-void WriteCsvRecord(TextSink& sink, const CuttingParameter& p, const WrittenNames& vendors,
-                    const WrittenNames& machines, const WrittenNames& materials) {
-  sink.Put(vendors.ForId(p.vendor_id));
+void WriteCsvRecord(TextSink& sink, const CuttingParameter& p, const ExportNames& names) {
+  sink.Put(names.vendors.ForId(p.vendor_id));
   sink.Put(',');
-  sink.Put(machines.ForId(p.machine_model_id));
+  sink.Put(names.machines.ForId(p.machine_model_id));
   sink.Put(',');
-  sink.Put(materials.ForId(p.material_id));
+  sink.Put(names.materials.ForId(p.material_id));
   const float numbers[] = {p.thickness_mm,       p.cut_speed_mm_min, p.cut_height_mm,
                            p.pierce_height_mm,   p.transfer_height_mm, p.arc_voltage_v,
                            p.pierce_time_s,      p.kerf_width_mm};
@@ -41,23 +40,11 @@ void WriteCsvRecord(TextSink& sink, const CuttingParameter& p, const WrittenName
 }  // namespace
 
 ErrorCode Database::ExportToCSV(const std::string& path) {
-  DatabaseImpl& impl = *impl_;
-  std::ofstream out;
-  ErrorCode opened = OpenExportFile(impl, path, out);
-  if (opened != ErrorCode::Success) return opened;
-
-  const WrittenNames vendors(impl.vendors, CsvField);
-  const WrittenNames machines(impl.machines, CsvField);
-  const WrittenNames materials(impl.materials, CsvField);
-  {
-    TextSink sink(out);
+  const Store& s = *impl_;
+  return WriteExportFile(*impl_, path, CsvField, [&s](TextSink& sink, const ExportNames& names) {
     WriteCsvHeader(sink);
-    for (const CuttingParameter& p : impl.parameters) {
-      WriteCsvRecord(sink, p, vendors, machines, materials);
-    }
-    sink.Flush();
-  }
-  return FinishExportFile(impl, out);
+    for (const CuttingParameter& p : s.records()) WriteCsvRecord(sink, p, names);
+  });
 }
 
 }  // namespace Sparlane

@@ -8,7 +8,7 @@
 #include "export/export_file.h"
 #include "export/export_names.h"
 #include "export/text_sink.h"
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 namespace {
@@ -39,12 +39,11 @@ void WriteFloatField(TextSink& sink, const char* key_piece, float value) {
   sink.PutLiteral(",\n");
 }
 
-void WriteJsonRecord(TextSink& sink, const CuttingParameter& p, const WrittenNames& vendors,
-                     const WrittenNames& machines, const WrittenNames& materials) {
+void WriteJsonRecord(TextSink& sink, const CuttingParameter& p, const ExportNames& names) {
   sink.PutLiteral("    {\n");
-  WriteNameField(sink, "      \"vendor\": \"", vendors.ForId(p.vendor_id));
-  WriteNameField(sink, "      \"machine\": \"", machines.ForId(p.machine_model_id));
-  WriteNameField(sink, "      \"material\": \"", materials.ForId(p.material_id));
+  WriteNameField(sink, "      \"vendor\": \"", names.vendors.ForId(p.vendor_id));
+  WriteNameField(sink, "      \"machine\": \"", names.machines.ForId(p.machine_model_id));
+  WriteNameField(sink, "      \"material\": \"", names.materials.ForId(p.material_id));
   WriteFloatField(sink, "      \"thickness_mm\": ", p.thickness_mm);
   WriteFloatField(sink, "      \"cut_speed_mm_min\": ", p.cut_speed_mm_min);
   WriteFloatField(sink, "      \"cut_height_mm\": ", p.cut_height_mm);
@@ -62,41 +61,36 @@ void WriteJsonRecord(TextSink& sink, const CuttingParameter& p, const WrittenNam
   sink.PutLiteral("    }");
 }
 
+void WriteJsonDocument(TextSink& sink, const Store& s, const ExportNames& names) {
+  sink.PutLiteral("{\n");
+  // Always 1.0, whatever the loaded file's version fields say.
+  sink.PutLiteral("  \"version\": \"");
+  sink.PutUnsigned(1);
+  sink.PutLiteral(".");
+  sink.PutUnsigned(0);
+  sink.PutLiteral("\",\n");
+  WriteNameList(sink, "  \"vendors\": [", s.names(NameKind::kVendor).names);
+  WriteNameList(sink, "  \"machines\": [", s.names(NameKind::kMachine).names);
+  WriteNameList(sink, "  \"materials\": [", s.names(NameKind::kMaterial).names);
+  sink.PutLiteral("  \"parameters\": [\n");
+  const std::vector<CuttingParameter>& records = s.records();
+  const std::size_t count = records.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    WriteJsonRecord(sink, records[i], names);
+    if (i + 1 < count) sink.Put(',');
+    sink.Put('\n');
+  }
+  sink.PutLiteral("  ]\n");
+  sink.PutLiteral("}\n");
+}
+
 }  // namespace
 
 ErrorCode Database::ExportToJSON(const std::string& path) {
-  DatabaseImpl& impl = *impl_;
-  std::ofstream out;
-  ErrorCode opened = OpenExportFile(impl, path, out);
-  if (opened != ErrorCode::Success) return opened;
-
-  const WrittenNames vendors(impl.vendors, JsonEscape);
-  const WrittenNames machines(impl.machines, JsonEscape);
-  const WrittenNames materials(impl.materials, JsonEscape);
-  {
-    TextSink sink(out);
-    sink.PutLiteral("{\n");
-    // Always 1.0, whatever the loaded file's version fields say.
-    sink.PutLiteral("  \"version\": \"");
-    sink.PutUnsigned(1);
-    sink.PutLiteral(".");
-    sink.PutUnsigned(0);
-    sink.PutLiteral("\",\n");
-    WriteNameList(sink, "  \"vendors\": [", impl.vendors);
-    WriteNameList(sink, "  \"machines\": [", impl.machines);
-    WriteNameList(sink, "  \"materials\": [", impl.materials);
-    sink.PutLiteral("  \"parameters\": [\n");
-    const std::size_t count = impl.parameters.size();
-    for (std::size_t i = 0; i < count; ++i) {
-      WriteJsonRecord(sink, impl.parameters[i], vendors, machines, materials);
-      if (i + 1 < count) sink.Put(',');
-      sink.Put('\n');
-    }
-    sink.PutLiteral("  ]\n");
-    sink.PutLiteral("}\n");
-    sink.Flush();
-  }
-  return FinishExportFile(impl, out);
+  const Store& s = *impl_;
+  return WriteExportFile(*impl_, path, JsonEscape, [&s](TextSink& sink, const ExportNames& names) {
+    WriteJsonDocument(sink, s, names);
+  });
 }
 
 }  // namespace Sparlane

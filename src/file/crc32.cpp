@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 namespace {

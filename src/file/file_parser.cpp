@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,6 @@
 #include "file/header_codec.h"
 #include "file/lz4_blocks.h"
 #include "file/record_bytes_iterator.h"
-#include "store/indexes.h"
 
 namespace Sparlane {
 namespace {
@@ -36,7 +36,8 @@ enum class TableForm { kPlain, kMachine };
 std::uint64_t FixedBytesBeforeName(TableForm form) { return form == TableForm::kMachine ? 4 : 2; }
 std::uint64_t SmallestEntry(TableForm form) { return form == TableForm::kMachine ? 6 : 3; }
 
-ErrorCode ReadNameTable(Cursor& c, TableForm form, std::vector<std::string>& names) {
+ErrorCode ReadNameTable(Cursor& c, TableForm form,
+                        std::optional<std::vector<std::string>>& table) {
   if (!c.Has(8)) return ErrorCode::InvalidData;
   const std::uint64_t table_start = c.pos;
   const std::uint32_t entry_count = LoadLE32(c.Here());
@@ -45,7 +46,7 @@ ErrorCode ReadNameTable(Cursor& c, TableForm form, std::vector<std::string>& nam
   // table_size is only a bounds test; the entries are walked one by one.
   if (table_start + table_size > c.size) return ErrorCode::InvalidData;
 
-  names.clear();
+  std::vector<std::string>& names = table.emplace();
   names.reserve(std::min<std::uint64_t>(entry_count, c.Left() / SmallestEntry(form)));
   for (std::uint32_t i = 0; i < entry_count; ++i) {
     const std::uint64_t skip = FixedBytesBeforeName(form);
@@ -65,19 +66,20 @@ ErrorCode ReadNameTable(Cursor& c, TableForm form, std::vector<std::string>& nam
   return ErrorCode::Success;
 }
 
-ErrorCode ReadRawRecords(Cursor& c, std::uint32_t count, std::vector<CuttingParameter>& out) {
+using RecordsPart = std::optional<std::vector<CuttingParameter>>;
+
+ErrorCode ReadRawRecords(Cursor& c, std::uint32_t count, RecordsPart& part) {
   const std::uint64_t bytes = static_cast<std::uint64_t>(count) * sizeof(CuttingParameter);
   if (!c.Has(bytes)) return ErrorCode::InvalidData;
   RecordBytesIterator first(c.Here());
   RecordBytesIterator last(c.Here() + bytes);
-  out.clear();  // so assign constructs in place instead of assigning over
-  out.assign(first, last);
+  part.emplace(first, last);
   c.pos += bytes;
   return ErrorCode::Success;
 }
 
-ErrorCode ReadLz4Records(Cursor& c, std::uint32_t count, std::vector<CuttingParameter>& out) {
-  out.clear();
+ErrorCode ReadLz4Records(Cursor& c, std::uint32_t count, RecordsPart& part) {
+  std::vector<CuttingParameter>& out = part.emplace();
   // No more than the remaining bytes could decode to.
   const std::uint64_t reachable = MaxLz4Expansion(c.Left()) / sizeof(CuttingParameter);
   out.reserve(std::min<std::uint64_t>(count, reachable));
@@ -96,8 +98,7 @@ ErrorCode ReadLz4Records(Cursor& c, std::uint32_t count, std::vector<CuttingPara
   return ErrorCode::Success;
 }
 
-ErrorCode ReadParameterData(Cursor& c, const FileHeader& header,
-                            std::vector<CuttingParameter>& out) {
+ErrorCode ReadParameterData(Cursor& c, const FileHeader& header, RecordsPart& out) {
   switch (static_cast<CompressionType>(header.compression)) {
     case CompressionType::None:
       return ReadRawRecords(c, header.parameter_count, out);
@@ -105,7 +106,7 @@ ErrorCode ReadParameterData(Cursor& c, const FileHeader& header,
       return ReadLz4Records(c, header.parameter_count, out);
     case CompressionType::Reserved:
       // No data is stored; the loaded table is empty whatever the count says.
-      out.clear();
+      out.emplace();
       return ErrorCode::Success;
   }
   return ErrorCode::CorruptedFile;  // unreachable: the header check refuses > 2
@@ -113,23 +114,20 @@ ErrorCode ReadParameterData(Cursor& c, const FileHeader& header,
 
 }  // namespace
 
-ErrorCode ParseParameterFile(const std::uint8_t* data, std::uint64_t size, DatabaseImpl& store) {
+ErrorCode ParseParameterFile(const std::uint8_t* data, std::uint64_t size, StoreParts& parts) {
   if (size < kHeaderSize) return ErrorCode::CorruptedFile;
   const FileHeader header = DecodeHeader(data);
   const ErrorCode header_code = CheckHeaderForLoad(header, data, size);
   if (header_code != ErrorCode::Success) return header_code;
-  store.header = header;
+  parts.header = header;
 
   // The section offsets were only tested; reading goes back to back.
   Cursor c{data, size, kHeaderSize};
-  ErrorCode code = ReadNameTable(c, TableForm::kPlain, store.vendors);
-  if (code == ErrorCode::Success) code = ReadNameTable(c, TableForm::kMachine, store.machines);
-  if (code == ErrorCode::Success) code = ReadNameTable(c, TableForm::kPlain, store.materials);
-  if (code == ErrorCode::Success) code = ReadParameterData(c, header, store.parameters);
-  if (code != ErrorCode::Success) return code;
-
-  BuildNameIndexes(store);
-  return ErrorCode::Success;
+  ErrorCode code = ReadNameTable(c, TableForm::kPlain, parts.vendors);
+  if (code == ErrorCode::Success) code = ReadNameTable(c, TableForm::kMachine, parts.machines);
+  if (code == ErrorCode::Success) code = ReadNameTable(c, TableForm::kPlain, parts.materials);
+  if (code == ErrorCode::Success) code = ReadParameterData(c, header, parts.records);
+  return code;
 }
 
 }  // namespace Sparlane

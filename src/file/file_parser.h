@@ -4,15 +4,16 @@
 
 #include <cstdint>
 
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 
 // Checks the header against size, then reads the three name tables and the
-// parameter data back to back from offset 1024 and fills the name maps.
-// Returns the first failure's code; whatever was read before it stays in the
-// store.  Every read is bounded by size; nothing beyond it is touched.
-ErrorCode ParseParameterFile(const std::uint8_t* data, std::uint64_t size, DatabaseImpl& store);
+// parameter data back to back from offset 1024 into parts.  Returns the
+// first failure's code; the parts begun before it stay filled (a part is
+// begun once its reading starts to replace the store's), the others empty.
+// Every read is bounded by size; nothing beyond it is touched.
+ErrorCode ParseParameterFile(const std::uint8_t* data, std::uint64_t size, StoreParts& parts);
 
 }  // namespace Sparlane
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 
@@ -15,7 +15,7 @@ namespace Sparlane {
 // flushes it to disk and renames it over path.  IoError for any stream,
 // reopen or rename failure; InvalidParameter, BufferTooSmall or
 // CompressionFailed from the LZ4 blocks.  Never leaves the ".tmp" behind.
-ErrorCode WriteParameterFile(const std::string& path, const DatabaseImpl& store,
+ErrorCode WriteParameterFile(const std::string& path, const Store& store,
                              CompressionType compression);
 
 // The parameter data alone: raw in one write, LZ4 blocks, or nothing for

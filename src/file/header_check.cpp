@@ -35,7 +35,7 @@ bool OffsetsInOrder(const FileHeader& h) {
 std::uint32_t StandaloneChecksum(const FileHeader& h) {
   std::uint8_t bytes[kHeaderSize];
   EncodeHeader(h, bytes);
-  std::memset(bytes + HeaderOffset::kCrc, 0, 4);
+  std::memset(bytes + SPARLANE_HEADER_OFFSET(header_crc32), 0, sizeof h.header_crc32);
   return Crc32Update(0, bytes, kHeaderSize);
 }
 
@@ -43,8 +43,8 @@ std::uint32_t StandaloneChecksum(const FileHeader& h) {
 
 ErrorCode CheckHeaderForLoad(const FileHeader& h, const std::uint8_t* header_bytes,
                              std::uint64_t size) {
-  if (h.magic != kMagic) return ErrorCode::InvalidMagic;
-  if (h.version_major != 1) return ErrorCode::UnsupportedVersion;
+  if (h.magic != kFileMagic) return ErrorCode::InvalidMagic;
+  if (h.version_major != kFileVersionMajor) return ErrorCode::UnsupportedVersion;
   if (HeaderChecksumOfBytes(header_bytes) != h.header_crc32 || size < kHeaderSize) {
     return ErrorCode::CorruptedFile;
   }
@@ -69,8 +69,8 @@ ErrorCode CheckHeaderForLoad(const FileHeader& h, const std::uint8_t* header_byt
 namespace Testing {
 
 ErrorCode ValidateHeader(const FileHeader& h) {
-  if (h.magic != kMagic) return ErrorCode::InvalidMagic;
-  if (h.version_major != 1) return ErrorCode::UnsupportedVersion;
+  if (h.magic != kFileMagic) return ErrorCode::InvalidMagic;
+  if (h.version_major != kFileVersionMajor) return ErrorCode::UnsupportedVersion;
   if (CountsExceedLimits(h)) return ErrorCode::InvalidParameter;
   if (h.aux_offset_1 >= 1 && h.aux_offset_1 <= 1023) return ErrorCode::InvalidParameter;
   if (!OffsetsInOrder(h)) return ErrorCode::InvalidParameter;

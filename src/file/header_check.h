@@ -4,7 +4,8 @@
 
 #include <cstdint>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/file_header.h"
+#include "sparlane/records.h"
 
 namespace Sparlane {
 

@@ -5,9 +5,17 @@
 
 namespace Sparlane {
 
+namespace {
+
+// The checksum and the reserved bytes after it, up to the creator name.
+constexpr std::size_t kSkipFrom = SPARLANE_HEADER_OFFSET(header_crc32);
+constexpr std::size_t kSkipTo = SPARLANE_HEADER_OFFSET(creator);
+
+}  // namespace
+
 std::uint32_t HeaderChecksumOfBytes(const std::uint8_t* bytes) {
-  std::uint32_t crc = Crc32Update(0, bytes, 128);
-  return Crc32Update(crc, bytes + 144, kHeaderSize - 144);
+  std::uint32_t crc = Crc32Update(0, bytes, kSkipFrom);
+  return Crc32Update(crc, bytes + kSkipTo, kHeaderSize - kSkipTo);
 }
 
 std::uint32_t HeaderChecksum(const FileHeader& header) {

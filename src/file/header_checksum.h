@@ -4,12 +4,12 @@
 
 #include <cstdint>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/file_header.h"
 
 namespace Sparlane {
 
-// One CRC-32 run over bytes 0-127 then 144-1023: the 16 bytes at 128-143
-// (the checksum itself and 12 reserved bytes) are skipped, not zeroed.
+// One CRC-32 run over the 1024 header bytes with the checksum and the 12
+// reserved bytes after it skipped, not zeroed.
 std::uint32_t HeaderChecksumOfBytes(const std::uint8_t* header_bytes);
 
 // The same over the header's little-endian file bytes.

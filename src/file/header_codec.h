@@ -1,38 +1,20 @@
-// FileHeader <-> its 1024 little-endian file bytes, field by field.
+// FileHeader <-> its 1024 little-endian file bytes, field by field at the
+// offsets the public header asserts.
 #ifndef SPARLANE_FILE_HEADER_CODEC_H_
 #define SPARLANE_FILE_HEADER_CODEC_H_
 
+#include <cstddef>
 #include <cstdint>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/file_header.h"
 
 namespace Sparlane {
 
-constexpr std::uint64_t kHeaderSize = 1024;
-constexpr std::uint32_t kMagic = 0x4E4C5053u;  // "SPLN" read as a little-endian u32
+constexpr std::uint64_t kHeaderSize = sizeof(FileHeader);
 
-// Byte offsets of the header fields in the file.
-namespace HeaderOffset {
-constexpr int kMagic = 0;
-constexpr int kVersionMajor = 4;
-constexpr int kVersionMinor = 6;
-constexpr int kCreatedTime = 8;
-constexpr int kParameterCount = 16;
-constexpr int kVendorCount = 20;
-constexpr int kMachineCount = 24;
-constexpr int kMaterialCount = 28;
-constexpr int kVendorTable = 48;
-constexpr int kMachineTable = 56;
-constexpr int kMaterialTable = 64;
-constexpr int kAux1 = 80;
-constexpr int kAux2 = 88;
-constexpr int kParameterData = 104;
-constexpr int kCompression = 112;
-constexpr int kStatsCompressed = 116;
-constexpr int kStatsUncompressed = 120;
-constexpr int kCrc = 128;
-constexpr int kCreator = 144;
-}  // namespace HeaderOffset
+// Where a field sits in the file: its offset in FileHeader, whose layout is
+// the file's.
+#define SPARLANE_HEADER_OFFSET(field) offsetof(::Sparlane::FileHeader, field)
 
 void EncodeHeader(const FileHeader& header, std::uint8_t out[kHeaderSize]);
 FileHeader DecodeHeader(const std::uint8_t bytes[kHeaderSize]);

@@ -7,8 +7,8 @@
 #include "file/file_parser.h"
 #include "file/load_timing.h"
 #include "file/mapped_file.h"
-#include "store/database_impl.h"
-#include "store/indexes.h"
+#include "sparlane/testing.h"
+#include "store/store.h"
 
 namespace Sparlane {
 
@@ -23,31 +23,31 @@ ErrorCode Database::LoadFromBinary(const std::string& path) {
   Close();
   const std::string sanitized = Testing::SanitizePath(path);
 
-  DatabaseImpl& d = *impl_;
-  // A fresh object each time; the old one is torn down as it is replaced.
-  d.mapped_file = std::make_unique<MappedFile>();
-  const ErrorCode open_code = d.mapped_file->Open(sanitized);
+  Store& s = *impl_;
+  // A fresh object each time; the old one is torn down first.
+  s.DropFile();
+  auto file = std::make_unique<MappedFile>();
+  const ErrorCode open_code = file->Open(sanitized);
   if (open_code != ErrorCode::Success) {
-    d.mapped_file.reset();
-    return d.Fail(open_code, "Failed to open file: " + sanitized);
+    return s.Fail(open_code, "Failed to open file: " + sanitized);
   }
 
-  const ErrorCode parse_code =
-      ParseParameterFile(d.mapped_file->view(), d.mapped_file->size(), d);
+  StoreParts parts;
+  const ErrorCode parse_code = ParseParameterFile(file->view(), file->size(), parts);
+  s.Replace(std::move(parts));  // on failure, what was read so far
   if (parse_code != ErrorCode::Success) {
-    d.mapped_file.reset();
-    return d.Fail(parse_code, "Failed to read binary format");
+    return s.Fail(parse_code, "Failed to read binary format");
   }
 
-  RebuildRecordIndexes(d);
-  d.loaded = true;
+  s.RebuildRecordIndexes();
+  s.FinishLoad(std::move(file));
 
   const auto end = std::chrono::steady_clock::now();
   const double elapsed_ms =
       static_cast<double>(
           std::chrono::duration_cast<std::chrono::nanoseconds>(end - start).count()) /
       1000000.0;
-  if (elapsed_ms > kLoadTargetMs) d.last_error = SlowLoadWarning(elapsed_ms);
+  if (elapsed_ms > kLoadTargetMs) s.SetLastError(SlowLoadWarning(elapsed_ms));
   return ErrorCode::Success;
 }
 

@@ -40,6 +40,8 @@ ErrorCode DecodeUnreachableSize(const std::uint8_t* data, std::uint32_t compress
 
 std::uint64_t MaxLz4Expansion(std::uint64_t compressed_size) { return compressed_size * 255; }
 
+std::uint64_t Lz4CompressBound(std::uint64_t size) { return size + size / 255 + 16; }
+
 ErrorCode DecodeLz4Block(const std::uint8_t* data, std::uint32_t compressed_size,
                          std::uint32_t raw_size, std::vector<CuttingParameter>& out) {
   // The decoder takes int sizes; larger ones turn negative on the way in and
@@ -76,8 +78,7 @@ ErrorCode DecodeLz4Block(const std::uint8_t* data, std::uint32_t compressed_size
 ErrorCode CompressLz4Block(const std::uint8_t* source, std::size_t size, std::uint8_t* target,
                            std::size_t capacity, std::size_t* written) {
   if (source == nullptr || target == nullptr) return ErrorCode::InvalidParameter;
-  const std::size_t bound = size + size / 255 + 16;
-  if (bound > capacity) return ErrorCode::BufferTooSmall;
+  if (Lz4CompressBound(size) > capacity) return ErrorCode::BufferTooSmall;
   const int result =
       LZ4_compress_default(reinterpret_cast<const char*>(source), reinterpret_cast<char*>(target),
                            static_cast<int>(size), static_cast<int>(capacity));
@@ -94,7 +95,7 @@ ErrorCode EncodeLz4Blocks(const std::vector<CuttingParameter>& records,
   for (std::size_t first = 0; first < records.size(); first += kRecordsPerBlock) {
     const std::size_t count = std::min(kRecordsPerBlock, records.size() - first);
     const std::size_t raw_size = count * sizeof(CuttingParameter);
-    const std::size_t bound = raw_size + raw_size / 255 + 16;
+    const auto bound = static_cast<std::size_t>(Lz4CompressBound(raw_size));
     const std::size_t head_at = out.size();
     out.resize(head_at + kBlockHeadSize + bound);
     std::size_t written = 0;

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/records.h"
 
 namespace Sparlane {
 
@@ -17,6 +17,10 @@ constexpr std::size_t kBlockHeadSize = 8;
 // Largest output any LZ4 block of compressed_size bytes can decode to: each
 // input byte yields at most 255 output bytes.
 std::uint64_t MaxLz4Expansion(std::uint64_t compressed_size);
+
+// The compressor's worst case for size input bytes (its compress bound):
+// the output buffer a block needs.
+std::uint64_t Lz4CompressBound(std::uint64_t size);
 
 // Decodes one block whose head said raw_size (a non-zero multiple of 64) and
 // appends its records to out.  DecompressionFailed when the decoder reports

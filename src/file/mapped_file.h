@@ -5,14 +5,16 @@
 #include <cstdint>
 #include <string>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/records.h"
+#include "store/loaded_file.h"
 
 namespace Sparlane {
 
-class MappedFile {
+// The LoadedFile a load keeps in the store.
+class MappedFile final : public LoadedFile {
  public:
   MappedFile() = default;
-  ~MappedFile();
+  ~MappedFile() override;
   MappedFile(const MappedFile&) = delete;
   MappedFile& operator=(const MappedFile&) = delete;
 
@@ -23,10 +25,10 @@ class MappedFile {
 
   // Unmaps the view, then closes the mapping, then the file.  Harmless when
   // closed.
-  void Close();
+  void Close() override;
 
-  const std::uint8_t* view() const { return view_; }
-  std::uint64_t size() const { return size_; }
+  const std::uint8_t* view() const override { return view_; }
+  std::uint64_t size() const override { return size_; }
 
  private:
   // Platform handles (a descriptor on POSIX, a HANDLE on Windows), kNoHandle

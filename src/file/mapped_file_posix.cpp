@@ -11,6 +11,7 @@
 
 #include "file/header_codec.h"
 #include "file/mapped_file.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 namespace {

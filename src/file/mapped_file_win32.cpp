@@ -13,6 +13,7 @@
 
 #include "file/header_codec.h"
 #include "file/mapped_file.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 namespace {

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/records.h"
 
 namespace Sparlane {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 namespace Testing {

@@ -12,6 +12,7 @@
 #include "file/header_checksum.h"
 #include "file/header_codec.h"
 #include "file/lz4_blocks.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 namespace {
@@ -23,16 +24,17 @@ bool IsKnownCompression(CompressionType c) {
          c == CompressionType::Reserved;
 }
 
-FileHeader NewHeader(const DatabaseImpl& store, CompressionType compression) {
+FileHeader NewHeader(const Store& store, CompressionType compression) {
   FileHeader h{};
-  h.magic = kMagic;
-  h.version_major = 1;
+  h.magic = kFileMagic;
+  h.version_major = kFileVersionMajor;
   h.version_minor = 0;
   h.created_time = static_cast<std::int64_t>(std::time(nullptr));
-  h.parameter_count = static_cast<std::uint32_t>(store.parameters.size());
-  h.vendor_count = static_cast<std::uint32_t>(store.vendors.size());
-  h.machine_count = static_cast<std::uint32_t>(store.machines.size());
-  h.material_count = static_cast<std::uint32_t>(store.materials.size());
+  const NameTableSizes names = store.name_table_sizes();
+  h.parameter_count = static_cast<std::uint32_t>(store.records().size());
+  h.vendor_count = static_cast<std::uint32_t>(names.vendors);
+  h.machine_count = static_cast<std::uint32_t>(names.machines);
+  h.material_count = static_cast<std::uint32_t>(names.materials);
   h.compression = static_cast<std::uint8_t>(compression);
   std::memcpy(h.creator, kCreator, sizeof kCreator - 1);
   return h;
@@ -42,7 +44,7 @@ FileHeader NewHeader(const DatabaseImpl& store, CompressionType compression) {
 void SealHeader(FileHeader& h, std::uint8_t bytes[kHeaderSize]) {
   EncodeHeader(h, bytes);
   h.header_crc32 = HeaderChecksumOfBytes(bytes);
-  StoreLE32(bytes + HeaderOffset::kCrc, h.header_crc32);
+  StoreLE32(bytes + SPARLANE_HEADER_OFFSET(header_crc32), h.header_crc32);
 }
 
 bool WriteBytes(std::ostream& out, const std::vector<std::uint8_t>& bytes) {
@@ -57,7 +59,7 @@ ErrorCode Abandon(const std::string& tmp, ErrorCode code) {
 }
 
 // Header, tables and data into the open stream; fills in the offsets.
-ErrorCode WriteBody(std::ofstream& out, const DatabaseImpl& store, CompressionType compression,
+ErrorCode WriteBody(std::ofstream& out, const Store& store, CompressionType compression,
                     FileHeader& h) {
   std::uint8_t bytes[kHeaderSize];
   SealHeader(h, bytes);  // provisional: self-consistent with zero offsets
@@ -66,9 +68,12 @@ ErrorCode WriteBody(std::ofstream& out, const DatabaseImpl& store, CompressionTy
 
   std::uint64_t position = kHeaderSize;
   const std::vector<std::uint8_t>* order[3];
-  const std::vector<std::uint8_t> vendors = EncodeNameTable(store.vendors, false);
-  const std::vector<std::uint8_t> machines = EncodeNameTable(store.machines, true);
-  const std::vector<std::uint8_t> materials = EncodeNameTable(store.materials, false);
+  const std::vector<std::uint8_t> vendors =
+      EncodeNameTable(store.names(NameKind::kVendor).names, false);
+  const std::vector<std::uint8_t> machines =
+      EncodeNameTable(store.names(NameKind::kMachine).names, true);
+  const std::vector<std::uint8_t> materials =
+      EncodeNameTable(store.names(NameKind::kMaterial).names, false);
   order[0] = &vendors;
   order[1] = &machines;
   order[2] = &materials;
@@ -80,7 +85,7 @@ ErrorCode WriteBody(std::ofstream& out, const DatabaseImpl& store, CompressionTy
     position += order[i]->size();
   }
   h.parameter_data_offset = position;
-  return WriteParameterData(out, store.parameters, compression);
+  return WriteParameterData(out, store.records(), compression);
 }
 
 // Second pass: the complete header over the provisional one, then to disk.
@@ -112,7 +117,7 @@ ErrorCode WriteParameterData(std::ostream& out, const std::vector<CuttingParamet
   return out.good() ? ErrorCode::Success : ErrorCode::IoError;
 }
 
-ErrorCode WriteParameterFile(const std::string& path, const DatabaseImpl& store,
+ErrorCode WriteParameterFile(const std::string& path, const Store& store,
                              CompressionType compression) {
   if (!IsKnownCompression(compression)) return ErrorCode::InvalidParameter;
   const std::string tmp = path + ".tmp";
@@ -136,12 +141,12 @@ ErrorCode WriteParameterFile(const std::string& path, const DatabaseImpl& store,
 }
 
 ErrorCode Database::SaveToBinary(const std::string& path, CompressionType compression) {
-  DatabaseImpl& d = *impl_;
-  if (!d.loaded) return d.Fail(ErrorCode::NotLoaded, "Database not loaded");
+  Store& s = *impl_;
+  if (!s.loaded()) return s.Fail(ErrorCode::NotLoaded, "Database not loaded");
   const std::string sanitized = Testing::SanitizePath(path);
-  const ErrorCode code = WriteParameterFile(sanitized, d, compression);
+  const ErrorCode code = WriteParameterFile(sanitized, s, compression);
   if (code != ErrorCode::Success) {
-    return d.Fail(code, "Failed to write binary format to: " + sanitized);
+    return s.Fail(code, "Failed to write binary format to: " + sanitized);
   }
   return ErrorCode::Success;
 }

@@ -1,5 +1,5 @@
 // Import from an SQLite database is a build option; this build has it off.
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 

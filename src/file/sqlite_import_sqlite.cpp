@@ -1,6 +1,6 @@
 // Database::ImportFromSQLite: the store read from an SQLite file (the schema
 // is described in docs/sqlite-schema.md).  Everything is read and checked
-// into a staging body first, so a failed import changes nothing but the
+// into staged parts first, so a failed import changes nothing but the
 // loaded flag and the last-error message.
 #include <sqlite3.h>
 
@@ -12,9 +12,8 @@
 #include <vector>
 
 #include "file/sqlite_source.h"
-#include "store/database_impl.h"
-#include "store/indexes.h"
-#include "store/record_check.h"
+#include "sparlane/testing.h"
+#include "store/store.h"
 
 namespace Sparlane {
 
@@ -138,9 +137,10 @@ std::string ParameterQuery() {
   return sql + " FROM \"parameters\" ORDER BY rowid";
 }
 
-// Every row in rowid order, each passing the record check against the
-// staged name tables; rows are named by their rowid.
-ImportFailure ReadParameters(const SqliteSource& source, DatabaseImpl& staged) {
+// Every row in rowid order, each passing the store's record check against
+// the staged name tables; rows are named by their rowid.
+ImportFailure ReadParameters(const SqliteSource& source, const NameTableSizes& names,
+                             std::vector<CuttingParameter>& records) {
   ImportFailure failure = RequireTable(
       source, "parameters",
       std::vector<std::string>(std::begin(kParameterColumns), std::end(kParameterColumns)));
@@ -154,54 +154,42 @@ ImportFailure ReadParameters(const SqliteSource& source, DatabaseImpl& staged) {
   SqliteStatement stmt;
   failure = source.Prepare(ParameterQuery(), &stmt);
   if (failure.failed()) return failure;
-  staged.parameters.clear();
+  records.clear();
   for (;;) {
     const int rc = sqlite3_step(stmt.get());
     if (rc == SQLITE_DONE) return ImportFailure{};
     if (rc != SQLITE_ROW) return source.FailureFor(rc);
     const std::int64_t row = sqlite3_column_int64(stmt.get(), 0);
-    if (static_cast<std::int64_t>(staged.parameters.size()) >= kMaxParameterRows) {
+    if (static_cast<std::int64_t>(records.size()) >= kMaxParameterRows) {
       return Invalid("table parameters has more than 10000000 rows");
     }
     CuttingParameter p{};
     const std::string why = ReadRecord(stmt.get(), &p);
     if (!why.empty()) return RowFailure("parameters", row, why);
-    if (CheckRecord(staged, p) != ErrorCode::Success) {
-      return RowFailure("parameters", row, staged.last_error);
+    if (const RecordRule* broken = FirstBrokenRule(RecordCheck::kStore, p, names)) {
+      return RowFailure("parameters", row, broken->failure);
     }
-    staged.parameters.push_back(p);
+    records.push_back(p);
   }
 }
 
-ImportFailure ReadStore(const std::string& path, DatabaseImpl& staged) {
+struct StagedImport {
+  std::vector<std::string> vendors;
+  std::vector<std::string> machines;
+  std::vector<std::string> materials;
+  std::vector<CuttingParameter> records;
+};
+
+ImportFailure ReadStore(const std::string& path, StagedImport& staged) {
   SqliteSource source;
   ImportFailure failure = source.Open(path);
   if (!failure.failed()) failure = ReadNameTable(source, "vendors", &staged.vendors);
   if (!failure.failed()) failure = ReadNameTable(source, "machines", &staged.machines);
   if (!failure.failed()) failure = ReadNameTable(source, "materials", &staged.materials);
-  if (!failure.failed()) failure = ReadParameters(source, staged);
+  const NameTableSizes names{staged.vendors.size(), staged.machines.size(),
+                             staged.materials.size()};
+  if (!failure.failed()) failure = ReadParameters(source, names, staged.records);
   return failure;
-}
-
-// The order the indexes describe: material, then machine, then thickness;
-// equal keys keep their rowid order.  Positions are sorted rather than the
-// records: the standard sorts' scratch buffers ignore the record's 64-byte
-// alignment.
-void SortForIndexes(std::vector<CuttingParameter>& records) {
-  std::vector<std::size_t> order(records.size());
-  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-  std::sort(order.begin(), order.end(), [&records](std::size_t x, std::size_t y) {
-    const CuttingParameter& a = records[x];
-    const CuttingParameter& b = records[y];
-    if (a.material_id != b.material_id) return a.material_id < b.material_id;
-    if (a.machine_model_id != b.machine_model_id) return a.machine_model_id < b.machine_model_id;
-    if (a.thickness_mm != b.thickness_mm) return a.thickness_mm < b.thickness_mm;
-    return x < y;
-  });
-  std::vector<CuttingParameter> sorted;
-  sorted.reserve(records.size());
-  for (std::size_t i : order) sorted.push_back(records[i]);
-  records.swap(sorted);
 }
 
 }  // namespace
@@ -209,23 +197,25 @@ void SortForIndexes(std::vector<CuttingParameter>& records) {
 ErrorCode Database::ImportFromSQLite(const std::string& path) {
   Close();
   const std::string clean = Testing::SanitizePath(path);
-  DatabaseImpl staged;
+  StagedImport staged;
   const ImportFailure failure = ReadStore(clean, staged);
   if (failure.failed()) return impl_->Fail(failure.code, failure.message);
 
   Create();  // fresh header and empty tables, as for a new database
-  DatabaseImpl& d = *impl_;
-  SortForIndexes(staged.parameters);
-  d.vendors = std::move(staged.vendors);
-  d.machines = std::move(staged.machines);
-  d.materials = std::move(staged.materials);
-  d.parameters = std::move(staged.parameters);
-  d.header.parameter_count = static_cast<std::uint32_t>(d.parameters.size());
-  d.header.vendor_count = static_cast<std::uint32_t>(d.vendors.size());
-  d.header.machine_count = static_cast<std::uint32_t>(d.machines.size());
-  d.header.material_count = static_cast<std::uint32_t>(d.materials.size());
-  BuildNameIndexes(d);
-  RebuildRecordIndexes(d);
+  Store& s = *impl_;
+  FileHeader header = s.header();
+  header.parameter_count = static_cast<std::uint32_t>(staged.records.size());
+  header.vendor_count = static_cast<std::uint32_t>(staged.vendors.size());
+  header.machine_count = static_cast<std::uint32_t>(staged.machines.size());
+  header.material_count = static_cast<std::uint32_t>(staged.materials.size());
+  StoreParts parts;
+  parts.header = header;
+  parts.vendors = std::move(staged.vendors);
+  parts.machines = std::move(staged.machines);
+  parts.materials = std::move(staged.materials);
+  parts.records = std::move(staged.records);
+  s.Replace(std::move(parts));
+  s.SortRecords();  // the order the indexes describe; rebuilds them
   return ErrorCode::Success;
 }
 

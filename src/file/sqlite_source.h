@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/records.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

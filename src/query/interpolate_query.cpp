@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "query/query_clock.h"
-#include "query/query_log.h"
 #include "query/record_search.h"
-#include "store/indexes.h"
+#include "query/timed_query.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 
@@ -19,15 +18,15 @@ struct Neighbours {
   const CuttingParameter* upper = nullptr;
 };
 
-Neighbours FindNeighbours(const DatabaseImpl& d, std::uint16_t material_id,
-                          std::uint16_t machine_id, float thickness) {
+Neighbours FindNeighbours(const Store& s, std::uint16_t material_id, std::uint16_t machine_id,
+                          float thickness) {
   Neighbours n;
-  const TableSpan span = FindPairSpan(d, material_id, machine_id);
+  const TableSpan span = FindPairSpan(s, material_id, machine_id);
   if (span.count == 0) return n;
-  const std::vector<CuttingParameter>& records = d.parameters;
+  const std::vector<CuttingParameter>& records = s.records();
   const std::uint64_t end = span.first + span.count;
   const std::uint64_t p = WithSearchRows(
-      d, [&](const auto& rows) { return LowerBoundThickness(rows, span, thickness); });
+      s, [&](const auto& rows) { return LowerBoundThickness(rows, span, thickness); });
   if (p < end) n.upper = &records[p];
   if (p > span.first) n.lower = &records[p - 1];
 
@@ -78,24 +77,20 @@ InterpolationResult Decide(const Neighbours& n, float t) {
 
 InterpolationResult Database::Interpolate(const std::string& material, float thickness,
                                           const std::string& machine_model) const {
-  const DatabaseImpl& d = *impl_;
-  if (!d.loaded || thickness < 0.0f || !std::isfinite(thickness)) return InterpolationResult{};
-  const std::int64_t start = MonotonicNanos();
-  const std::uint16_t material_id = ResolveName(d.material_ids, material);
-  const std::uint16_t machine_id = ResolveName(d.machine_ids, machine_model);
+  const Store& s = *impl_;
+  if (!s.loaded() || thickness < 0.0f || !std::isfinite(thickness)) return InterpolationResult{};
+  const QueryTimer timer(s);
+  const std::uint16_t material_id = s.IdOf(NameKind::kMaterial, material);
+  const std::uint16_t machine_id = s.IdOf(NameKind::kMachine, machine_model);
   if (material_id == 0 || machine_id == 0) return InterpolationResult{};
 
   const InterpolationResult result =
-      Decide(FindNeighbours(d, material_id, machine_id, thickness), thickness);
+      Decide(FindNeighbours(s, material_id, machine_id, thickness), thickness);
 
-  const double elapsed_us = ElapsedMicros(start, MonotonicNanos());
-  d.metrics.Record(elapsed_us, result.confidence > 0.0f);
-  if (d.query_logging) {
-    LogQuery("Interpolate",
-             InterpolateDetail(material, thickness, machine_model, result.confidence,
-                               result.extrapolated),
-             elapsed_us);
-  }
+  timer.Finish("Interpolate", result.confidence > 0.0f, [&] {
+    return InterpolateDetail(material, thickness, machine_model, result.confidence,
+                             result.extrapolated);
+  });
   return result;
 }
 

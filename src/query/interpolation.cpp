@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 namespace Testing {

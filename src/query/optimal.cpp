@@ -2,10 +2,8 @@
 // cut speed.
 #include <cmath>
 
-#include "query/query_clock.h"
-#include "query/query_log.h"
 #include "query/record_search.h"
-#include "store/indexes.h"
+#include "query/timed_query.h"
 
 namespace Sparlane {
 
@@ -45,55 +43,51 @@ void ScanBuckets(const std::vector<ThicknessBucket>& buckets, const Rows& rows,
   }
 }
 
-const CuttingParameter* SearchOptimal(const DatabaseImpl& d, std::uint16_t material_id,
-                                      float thickness, float tolerance) {
+const CuttingParameter* SearchOptimal(const Store& s, std::uint16_t material_id, float thickness,
+                                      float tolerance) {
   FastestCandidate pick{thickness, tolerance};
-  auto ranges = d.material_ranges.find(material_id);
-  if (ranges == d.material_ranges.end()) {
-    ForEachOfMaterial(d, material_id,
+  const std::vector<ThicknessBucket>* buckets = s.record_indexes().MaterialBuckets(material_id);
+  if (buckets == nullptr) {
+    ForEachOfMaterial(s, material_id,
                       [&](std::size_t pos, const auto& r) { pick.Consider(pos, r); });
   } else {
-    WithSearchRows(d, [&](const auto& rows) {
-      ScanBuckets(ranges->second, rows, pick);
+    WithSearchRows(s, [&](const auto& rows) {
+      ScanBuckets(*buckets, rows, pick);
       return 0;
     });
   }
-  return pick.found ? &d.parameters[pick.best] : nullptr;
+  return pick.found ? &s.records()[pick.best] : nullptr;
 }
 
 }  // namespace
 
 std::optional<CuttingParameter> Database::FindOptimal(const std::string& material,
                                                       float thickness, float tolerance) const {
-  const DatabaseImpl& d = *impl_;
-  if (!d.loaded || thickness < 0.0f || !std::isfinite(thickness)) return std::nullopt;
-  const std::int64_t start = MonotonicNanos();
-  const std::uint16_t material_id = ResolveName(d.material_ids, material);
+  const Store& s = *impl_;
+  if (!s.loaded() || thickness < 0.0f || !std::isfinite(thickness)) return std::nullopt;
+  const QueryTimer timer(s);
+  const std::uint16_t material_id = s.IdOf(NameKind::kMaterial, material);
   if (material_id == 0) return std::nullopt;
 
-  const CuttingParameter* best = SearchOptimal(d, material_id, thickness, tolerance);
+  const CuttingParameter* best = SearchOptimal(s, material_id, thickness, tolerance);
 
-  const double elapsed_us = ElapsedMicros(start, MonotonicNanos());
-  d.metrics.Record(elapsed_us, best != nullptr);
-  if (d.query_logging) {
-    LogQuery("FindOptimal",
-             FindOptimalDetail(material, thickness, best ? &best->cut_speed_mm_min : nullptr),
-             elapsed_us);
-  }
+  timer.Finish("FindOptimal", best != nullptr, [&] {
+    return FindOptimalDetail(material, thickness, best ? &best->cut_speed_mm_min : nullptr);
+  });
   if (best == nullptr) return std::nullopt;
   return *best;
 }
 
 CuttingParameter Database::AdjustForMaxSpeed(const CuttingParameter& base, float max_speed) const {
-  const DatabaseImpl& d = *impl_;
-  if (!d.loaded || !(max_speed < base.cut_speed_mm_min)) return base;
+  const Store& s = *impl_;
+  if (!s.loaded() || !(max_speed < base.cut_speed_mm_min)) return base;
 
   // The fastest neighbour within the band that the machine can run; the
   // first of equal speeds.
   bool found = false;
   std::size_t best = 0;
   float best_speed = 0.0f;
-  ForEachOfPair(d, base.material_id, base.machine_model_id, [&](std::size_t pos, const auto& r) {
+  ForEachOfPair(s, base.material_id, base.machine_model_id, [&](std::size_t pos, const auto& r) {
     if (!(std::fabs(r.thickness_mm - base.thickness_mm) < kNeighbourBand)) return;
     if (!(r.cut_speed_mm_min <= max_speed)) return;
     if (!found || r.cut_speed_mm_min > best_speed) {
@@ -102,7 +96,7 @@ CuttingParameter Database::AdjustForMaxSpeed(const CuttingParameter& base, float
       best_speed = r.cut_speed_mm_min;
     }
   });
-  if (found) return d.parameters[best];
+  if (found) return s.records()[best];
 
   CuttingParameter capped = base;
   capped.cut_speed_mm_min = max_speed;

@@ -11,8 +11,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "query/pair_index.h"
-#include "store/database_impl.h"
+#include "store/pair_index.h"
+#include "store/store.h"
 
 namespace Sparlane {
 
@@ -34,9 +34,9 @@ inline bool BucketMayHold(const ThicknessBucket& b, float thickness, float toler
 // Calls search(rows) with the compact keys when they describe the table as
 // it is, else with the records.
 template <typename Search>
-auto WithSearchRows(const DatabaseImpl& impl, Search&& search) {
-  if (PairIndexCurrent(impl)) return search(impl.pair_index.keys);
-  return search(impl.parameters);
+auto WithSearchRows(const Store& store, Search&& search) {
+  if (const PairIndex* index = store.current_pair_index()) return search(index->keys);
+  return search(store.records());
 }
 
 // First position in [lo, hi) where before(row) turns false.
@@ -77,8 +77,7 @@ TableSpan BisectPairSpan(const Rows& rows, std::uint16_t material_id, std::uint1
 
 // The same span.  On a table in (material, machine) order the bisection can
 // only land on the pair's contiguous run, which the pair index knows.
-TableSpan FindPairSpan(const DatabaseImpl& impl, std::uint16_t material_id,
-                       std::uint16_t machine_id);
+TableSpan FindPairSpan(const Store& store, std::uint16_t material_id, std::uint16_t machine_id);
 
 // Position of the row within tolerance that the bisection over span meets
 // first, or span's end clamped to the table when there is none.
@@ -163,15 +162,15 @@ std::uint64_t LowerBoundThickness(const Rows& rows, TableSpan span, float thickn
 // Visits, in table order, the position and search fields of every record of
 // the material: visit(position, row).
 template <typename Visit>
-void ForEachOfMaterial(const DatabaseImpl& impl, std::uint16_t material_id, Visit&& visit) {
-  if (PairIndexCurrent(impl)) {
-    const PairIndex& index = impl.pair_index;
-    const PositionGroup* group = FindMaterialGroup(index, material_id);
+void ForEachOfMaterial(const Store& store, std::uint16_t material_id, Visit&& visit) {
+  if (const PairIndex* index = store.current_pair_index()) {
+    const PositionGroup* group = FindMaterialGroup(*index, material_id);
     if (group == nullptr) return;
-    ForEachPosition(index.materials, *group, [&](std::uint32_t pos) { visit(pos, index.keys[pos]); });
+    ForEachPosition(index->materials, *group,
+                    [&](std::uint32_t pos) { visit(pos, index->keys[pos]); });
     return;
   }
-  const std::vector<CuttingParameter>& records = impl.parameters;
+  const std::vector<CuttingParameter>& records = store.records();
   for (std::size_t pos = 0; pos < records.size(); ++pos) {
     if (records[pos].material_id == material_id) visit(pos, records[pos]);
   }
@@ -179,16 +178,16 @@ void ForEachOfMaterial(const DatabaseImpl& impl, std::uint16_t material_id, Visi
 
 // Visits, in table order, every record of the material and machine.
 template <typename Visit>
-void ForEachOfPair(const DatabaseImpl& impl, std::uint16_t material_id, std::uint16_t machine_id,
+void ForEachOfPair(const Store& store, std::uint16_t material_id, std::uint16_t machine_id,
                    Visit&& visit) {
-  if (PairIndexCurrent(impl)) {
-    const PairIndex& index = impl.pair_index;
-    const PositionGroup* group = FindPairGroup(index, material_id, machine_id);
+  if (const PairIndex* index = store.current_pair_index()) {
+    const PositionGroup* group = FindPairGroup(*index, material_id, machine_id);
     if (group == nullptr) return;
-    ForEachPosition(index.pairs, *group, [&](std::uint32_t pos) { visit(pos, index.keys[pos]); });
+    ForEachPosition(index->pairs, *group,
+                    [&](std::uint32_t pos) { visit(pos, index->keys[pos]); });
     return;
   }
-  const std::vector<CuttingParameter>& records = impl.parameters;
+  const std::vector<CuttingParameter>& records = store.records();
   for (std::size_t pos = 0; pos < records.size(); ++pos) {
     const CuttingParameter& r = records[pos];
     if (r.material_id == material_id && r.machine_model_id == machine_id) visit(pos, r);

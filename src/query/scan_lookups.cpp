@@ -4,26 +4,25 @@
 #include <cmath>
 
 #include "query/record_search.h"
-#include "store/indexes.h"
 
 namespace Sparlane {
 
 std::optional<CuttingParameter> Database::FindNearest(const std::string& material,
                                                       float thickness,
                                                       const std::string& machine_model) const {
-  const DatabaseImpl& d = *impl_;
-  if (!d.loaded) return std::nullopt;
-  const std::uint16_t material_id = ResolveName(d.material_ids, material);
-  const std::uint16_t machine_id = ResolveName(d.machine_ids, machine_model);
+  const Store& s = *impl_;
+  if (!s.loaded()) return std::nullopt;
+  const std::uint16_t material_id = s.IdOf(NameKind::kMaterial, material);
+  const std::uint16_t machine_id = s.IdOf(NameKind::kMachine, machine_model);
   if (material_id == 0 || machine_id == 0) return std::nullopt;
 
   const CuttingParameter* best = nullptr;
   float best_distance = FLT_MAX;
-  ForEachOfPair(d, material_id, machine_id, [&](std::size_t pos, const auto& r) {
+  ForEachOfPair(s, material_id, machine_id, [&](std::size_t pos, const auto& r) {
     const float distance = std::fabs(r.thickness_mm - thickness);
     if (distance < best_distance) {
       best_distance = distance;
-      best = &d.parameters[pos];
+      best = &s.records()[pos];
     }
   });
   if (best == nullptr) return std::nullopt;
@@ -32,20 +31,19 @@ std::optional<CuttingParameter> Database::FindNearest(const std::string& materia
 
 std::vector<CuttingParameter> Database::FindByMachine(const std::string& vendor,
                                                       const std::string& machine_model) const {
-  const DatabaseImpl& d = *impl_;
+  const Store& s = *impl_;
   std::vector<CuttingParameter> found;
-  if (!d.loaded) return found;
+  if (!s.loaded()) return found;
   const bool any_vendor = vendor.empty();
-  const std::uint16_t vendor_id = any_vendor ? 0 : ResolveName(d.vendor_ids, vendor);
+  const std::uint16_t vendor_id = any_vendor ? 0 : s.IdOf(NameKind::kVendor, vendor);
   if (!any_vendor && vendor_id == 0) return found;
-  const std::uint16_t machine_id = ResolveName(d.machine_ids, machine_model);
+  const std::uint16_t machine_id = s.IdOf(NameKind::kMachine, machine_model);
   if (machine_id == 0) return found;
 
-  const std::vector<CuttingParameter>& records = d.parameters;
-  auto span = d.machine_records.find(machine_id);
-  if (span != d.machine_records.end()) {
+  const std::vector<CuttingParameter>& records = s.records();
+  if (const MachineSpan* span = s.record_indexes().MachineSpanOf(machine_id)) {
     // The span is taken as it lies: its records are not checked for the machine.
-    const TableSpan run = ClampToTable(span->second.first, span->second.count, records.size());
+    const TableSpan run = ClampToTable(span->first, span->count, records.size());
     found.reserve(run.count);
     for (std::uint64_t pos = run.first; pos < run.first + run.count; ++pos) {
       if (any_vendor || records[pos].vendor_id == vendor_id) found.push_back(records[pos]);
@@ -61,25 +59,25 @@ std::vector<CuttingParameter> Database::FindByMachine(const std::string& vendor,
 }
 
 std::vector<CuttingParameter> Database::FindByMaterial(const std::string& material) const {
-  const DatabaseImpl& d = *impl_;
+  const Store& s = *impl_;
   std::vector<CuttingParameter> found;
-  if (!d.loaded) return found;
-  const std::uint16_t material_id = ResolveName(d.material_ids, material);
+  if (!s.loaded()) return found;
+  const std::uint16_t material_id = s.IdOf(NameKind::kMaterial, material);
   if (material_id == 0) return found;
-  ForEachOfMaterial(d, material_id,
-                    [&](std::size_t pos, const auto&) { found.push_back(d.parameters[pos]); });
+  ForEachOfMaterial(s, material_id,
+                    [&](std::size_t pos, const auto&) { found.push_back(s.records()[pos]); });
   return found;
 }
 
 SupportedThicknessRange Database::GetSupportedThicknessRange(
     const std::string& material, const std::string& machine_model) const {
-  const DatabaseImpl& d = *impl_;
+  const Store& s = *impl_;
   SupportedThicknessRange range{FLT_MAX, -FLT_MAX, 0, false};
-  if (!d.loaded) return range;
-  const std::uint16_t material_id = ResolveName(d.material_ids, material);
+  if (!s.loaded()) return range;
+  const std::uint16_t material_id = s.IdOf(NameKind::kMaterial, material);
   if (material_id == 0) return range;
   const bool any_machine = machine_model.empty();
-  const std::uint16_t machine_id = any_machine ? 0 : ResolveName(d.machine_ids, machine_model);
+  const std::uint16_t machine_id = any_machine ? 0 : s.IdOf(NameKind::kMachine, machine_model);
   if (!any_machine && machine_id == 0) return range;
 
   std::int64_t count = 0;
@@ -91,9 +89,9 @@ SupportedThicknessRange Database::GetSupportedThicknessRange(
     ++count;
   };
   if (any_machine) {
-    ForEachOfMaterial(d, material_id, widen);
+    ForEachOfMaterial(s, material_id, widen);
   } else {
-    ForEachOfPair(d, material_id, machine_id, widen);
+    ForEachOfPair(s, material_id, machine_id, widen);
   }
   range.parameter_count = static_cast<std::int32_t>(count);
   range.valid = range.parameter_count > 0;

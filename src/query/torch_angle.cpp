@@ -2,7 +2,8 @@
 // thick.  std::cos and std::pow take their float overloads.
 #include <cmath>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/database.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 

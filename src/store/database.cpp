@@ -1,8 +1,7 @@
 // The Database handle: construction, moves, lifecycle and the last error.
 #include <chrono>
-#include <cstring>
 
-#include "store/database_impl.h"
+#include "store/store.h"
 
 namespace Sparlane {
 
@@ -14,6 +13,17 @@ std::int64_t WallClockSeconds() {
   const auto ticks =
       std::chrono::duration_cast<Ticks>(std::chrono::system_clock::now().time_since_epoch());
   return ticks.count() / 10000000;
+}
+
+// Magic, version 1.0 and the creation time; everything else zero until a
+// save fills it in.
+FileHeader FreshHeader() {
+  FileHeader h{};
+  h.magic = kFileMagic;
+  h.version_major = kFileVersionMajor;
+  h.version_minor = 0;
+  h.created_time = WallClockSeconds();
+  return h;
 }
 
 }  // namespace
@@ -34,34 +44,14 @@ Database& Database::operator=(Database&& other) noexcept {
 
 ErrorCode Database::Create() {
   Close();
-  DatabaseImpl& d = *impl_;
-  std::memset(&d.header, 0, sizeof d.header);
-  d.header.magic = 0x4E4C5053u;  // "SPLN"
-  d.header.version_major = 1;
-  d.header.version_minor = 0;
-  d.header.created_time = WallClockSeconds();
-  d.vendors.clear();
-  d.machines.clear();
-  d.materials.clear();
-  d.parameters.clear();
-  d.consumable_sets.clear();
-  d.vendor_ids.clear();
-  d.machine_ids.clear();
-  d.material_ids.clear();
-  d.material_ranges.clear();
-  d.machine_records.clear();
-  ClearPairIndex(d);
-  d.loaded = true;
+  impl_->Reset(FreshHeader());
   return ErrorCode::Success;
 }
 
-void Database::Close() {
-  if (impl_->mapped_file) impl_->mapped_file->Close();
-  impl_->loaded = false;
-}
+void Database::Close() { impl_->Close(); }
 
-bool Database::IsLoaded() const { return impl_->loaded; }
+bool Database::IsLoaded() const { return impl_->loaded(); }
 
-std::string Database::GetLastError() const { return impl_->last_error; }
+std::string Database::GetLastError() const { return impl_->last_error(); }
 
 }  // namespace Sparlane

@@ -1,8 +1,7 @@
-// Adding, replacing and deleting parameter records.
+// Adding, replacing, deleting and sorting parameter records.
 #include <string>
 
-#include "store/indexes.h"
-#include "store/record_check.h"
+#include "store/store.h"
 
 namespace Sparlane {
 
@@ -10,8 +9,15 @@ namespace {
 
 const char kNotLoaded[] = "Database not loaded";
 
-ErrorCode OutOfRange(DatabaseImpl& d, std::uint32_t id) {
-  return d.Fail(ErrorCode::InvalidParameter, "Parameter ID out of range: " + std::to_string(id));
+ErrorCode OutOfRange(Store& s, std::uint32_t id) {
+  return s.Fail(ErrorCode::InvalidParameter, "Parameter ID out of range: " + std::to_string(id));
+}
+
+// Success, or InvalidParameter with the store check's message.
+ErrorCode CheckRecord(Store& s, const CuttingParameter& p) {
+  const RecordRule* broken = FirstBrokenRule(RecordCheck::kStore, p, s.name_table_sizes());
+  if (broken == nullptr) return ErrorCode::Success;
+  return s.Fail(ErrorCode::InvalidParameter, broken->failure);
 }
 
 }  // namespace
@@ -20,33 +26,37 @@ ErrorCode OutOfRange(DatabaseImpl& d, std::uint32_t id) {
 // linear; the new record is found by index-driven queries after the next
 // rebuild.
 ErrorCode Database::AddParameter(const CuttingParameter& param) {
-  DatabaseImpl& d = *impl_;
-  if (!d.loaded) return d.Fail(ErrorCode::NotLoaded, kNotLoaded);
-  const ErrorCode check = CheckRecord(d, param);
+  Store& s = *impl_;
+  if (!s.loaded()) return s.Fail(ErrorCode::NotLoaded, kNotLoaded);
+  const ErrorCode check = CheckRecord(s, param);
   if (check != ErrorCode::Success) return check;
-  d.parameters.push_back(param);
-  PairIndexAppended(d);
+  s.Append(param);
   return ErrorCode::Success;
 }
 
 ErrorCode Database::UpdateParameter(std::uint32_t id, const CuttingParameter& param) {
-  DatabaseImpl& d = *impl_;
-  if (!d.loaded) return d.Fail(ErrorCode::NotLoaded, kNotLoaded);
-  if (id >= d.parameters.size()) return OutOfRange(d, id);
-  const ErrorCode check = CheckRecord(d, param);
+  Store& s = *impl_;
+  if (!s.loaded()) return s.Fail(ErrorCode::NotLoaded, kNotLoaded);
+  if (id >= s.records().size()) return OutOfRange(s, id);
+  const ErrorCode check = CheckRecord(s, param);
   if (check != ErrorCode::Success) return check;
-  d.parameters[id] = param;
-  RebuildRecordIndexes(d);
+  s.Overwrite(id, param);
   return ErrorCode::Success;
 }
 
 ErrorCode Database::DeleteParameter(std::uint32_t id) {
-  DatabaseImpl& d = *impl_;
-  if (!d.loaded) return d.Fail(ErrorCode::NotLoaded, kNotLoaded);
-  if (id >= d.parameters.size()) return OutOfRange(d, id);
-  d.parameters.erase(d.parameters.begin() + id);
-  d.header.parameter_count = static_cast<std::uint32_t>(d.parameters.size());
-  RebuildRecordIndexes(d);
+  Store& s = *impl_;
+  if (!s.loaded()) return s.Fail(ErrorCode::NotLoaded, kNotLoaded);
+  if (id >= s.records().size()) return OutOfRange(s, id);
+  s.Erase(id);
+  s.CountRecordsInHeader();
+  return ErrorCode::Success;
+}
+
+ErrorCode Database::SortParameters() {
+  Store& s = *impl_;
+  if (!s.loaded()) return s.Fail(ErrorCode::NotLoaded, kNotLoaded);
+  s.SortRecords();
   return ErrorCode::Success;
 }
 

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 using Sparlane::ConsumableSet;
 using Sparlane::Database;
@@ -45,7 +45,7 @@ TEST(ConsumableSetLookup, CreatedDatabaseHasNoSets) {
 TEST(ConsumableSetLookup, ReturnsACopyOfTheWholeRecordTheStoreHolds) {
   Database db;
   const ConsumableSet stored = SampleSet(7);
-  DatabaseAccess::Body(db).consumable_sets.emplace(7, stored);
+  DatabaseAccess::PutConsumableSet(db, 7, stored);
 
   const auto found = db.GetConsumableSet(7);
   ASSERT_TRUE(found.has_value());
@@ -53,13 +53,15 @@ TEST(ConsumableSetLookup, ReturnsACopyOfTheWholeRecordTheStoreHolds) {
   EXPECT_FALSE(db.GetConsumableSet(8).has_value());
 
   // A copy: later changes to the store do not reach it.
-  DatabaseAccess::Body(db).consumable_sets.at(7).rated_current_amps = 45;
+  ConsumableSet changed = stored;
+  changed.rated_current_amps = 45;
+  DatabaseAccess::PutConsumableSet(db, 7, changed);
   EXPECT_EQ(found->rated_current_amps, 130);
 }
 
 TEST(ConsumableSetLookup, LeavesTheLastErrorAlone) {
   Database db;
-  DatabaseAccess::Body(db).last_error = "earlier failure";
+  DatabaseAccess::SetLastError(db, "earlier failure");
   EXPECT_FALSE(db.GetConsumableSet(3).has_value());
   EXPECT_EQ(db.GetLastError(), "earlier failure");
 }

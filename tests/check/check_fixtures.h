@@ -6,7 +6,7 @@
 #include <string>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 namespace Sparlane {
 namespace check_test {
@@ -43,9 +43,9 @@ inline void FillNames(Database& db) {
 // Appends records as they stand (no record check) and makes the header
 // count agree, so that Validate reaches the per-record tests.
 inline void PutRecords(Database& db, std::initializer_list<CuttingParameter> records) {
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  for (const CuttingParameter& p : records) body.parameters.push_back(p);
-  body.header.parameter_count = static_cast<std::uint32_t>(body.parameters.size());
+  std::vector<CuttingParameter>& table = DatabaseAccess::Records(db);
+  for (const CuttingParameter& p : records) table.push_back(p);
+  DatabaseAccess::Header(db).parameter_count = static_cast<std::uint32_t>(table.size());
 }
 
 }  // namespace check_test

@@ -11,7 +11,7 @@
 
 #include "check_fixtures.h"
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
+#include "file/mapped_file.h"
 
 namespace Sparlane {
 namespace {
@@ -40,7 +40,7 @@ std::uint32_t WriterChecksum(const FileHeader& header) {
 }
 
 std::uint8_t* HeaderBytes(Database& db) {
-  return reinterpret_cast<std::uint8_t*>(&DatabaseAccess::Body(db).header);
+  return reinterpret_cast<std::uint8_t*>(&DatabaseAccess::Header(db));
 }
 
 class ValidateChecksum : public ::testing::Test {
@@ -52,21 +52,24 @@ class ValidateChecksum : public ::testing::Test {
 
     FillNames(db_);
     PutRecords(db_, {GoodRecord()});
-    DatabaseImpl& body = DatabaseAccess::Body(db_);
-    body.mapped_file = std::make_unique<MappedFile>();
-    ASSERT_EQ(body.mapped_file->Open(path_), ErrorCode::Success);
-    ASSERT_NE(body.mapped_file->view(), nullptr);
-    std::memcpy(body.header.creator, "checker", 7);
-    body.header.reserved_176[100] = 0x5A;
-    body.header.header_crc32 = WriterChecksum(body.header);
+    auto file = std::make_unique<MappedFile>();
+    ASSERT_EQ(file->Open(path_), ErrorCode::Success);
+    ASSERT_NE(file->view(), nullptr);
+    file_ = file.get();
+    DatabaseAccess::AttachFile(db_, std::move(file));
+    FileHeader& header = DatabaseAccess::Header(db_);
+    std::memcpy(header.creator, "checker", 7);
+    header.reserved_176[100] = 0x5A;
+    header.header_crc32 = WriterChecksum(header);
   }
   void TearDown() override {
-    DatabaseAccess::Body(db_).mapped_file.reset();
+    DatabaseAccess::AttachFile(db_, nullptr);
     std::remove(path_.c_str());
   }
 
   std::string path_;
   Database db_;
+  MappedFile* file_ = nullptr;  // owned by db_
 };
 
 TEST_F(ValidateChecksum, MatchingWriterChecksumPasses) {
@@ -90,29 +93,28 @@ TEST_F(ValidateChecksum, ReservedBytesAfterTheChecksumAreNotCovered) {
 }
 
 TEST_F(ValidateChecksum, WrongStoredChecksumIsAMismatch) {
-  DatabaseAccess::Body(db_).header.header_crc32 ^= 0x80000000u;
+  DatabaseAccess::Header(db_).header_crc32 ^= 0x80000000u;
   EXPECT_EQ(db_.Validate(), ErrorCode::ChecksumMismatch);
   EXPECT_EQ(db_.GetLastError(), "Header checksum mismatch");
 }
 
 TEST_F(ValidateChecksum, ZeroStoredChecksumIsNotASkip) {
-  DatabaseAccess::Body(db_).header.header_crc32 = 0;
+  DatabaseAccess::Header(db_).header_crc32 = 0;
   EXPECT_EQ(db_.Validate(), ErrorCode::ChecksumMismatch);
 }
 
 TEST_F(ValidateChecksum, ChecksumComesBeforeCountTest) {
-  DatabaseImpl& body = DatabaseAccess::Body(db_);
-  body.header.parameter_count = 9;  // covered byte changed: checksum now wrong
+  FileHeader& header = DatabaseAccess::Header(db_);
+  header.parameter_count = 9;  // covered byte changed: checksum now wrong
   EXPECT_EQ(db_.Validate(), ErrorCode::ChecksumMismatch);
-  body.header.header_crc32 = WriterChecksum(body.header);
+  header.header_crc32 = WriterChecksum(header);
   EXPECT_EQ(db_.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db_.GetLastError(), "Parameter count mismatch: header says 9, actual is 1");
 }
 
 TEST_F(ValidateChecksum, ClosedMappedFileSkipsTheTestAgain) {
-  DatabaseImpl& body = DatabaseAccess::Body(db_);
-  body.header.header_crc32 ^= 1u;
-  body.mapped_file->Close();
+  DatabaseAccess::Header(db_).header_crc32 ^= 1u;
+  file_->Close();
   EXPECT_EQ(db_.Validate(), ErrorCode::Success);
 }
 
@@ -148,7 +150,7 @@ TEST(ValidateLoadedFile, EmptyLoadedDatabaseValidates) {
   ASSERT_EQ(source.SaveToBinary(path, CompressionType::LZ4), ErrorCode::Success);
   Database db;
   ASSERT_EQ(db.LoadFromBinary(path), ErrorCode::Success);
-  EXPECT_EQ(DatabaseAccess::Body(db).header.parameter_count, 0u);
+  EXPECT_EQ(db.GetFileHeader().parameter_count, 0u);
   EXPECT_EQ(db.Validate(), ErrorCode::Success);
   std::remove(path.c_str());
 }

@@ -8,8 +8,7 @@
 
 #include "check_fixtures.h"
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
-#include "store/indexes.h"
+#include "file/mapped_file.h"
 
 namespace Sparlane {
 namespace {
@@ -47,7 +46,7 @@ TEST(Validate, EmptyCreatedDatabasePassesAndKeepsMessage) {
 TEST(Validate, InMemoryDatabaseSkipsChecksumWhateverItHolds) {
   Database db;
   FillNames(db);
-  DatabaseAccess::Body(db).header.header_crc32 = 0xDEADBEEFu;
+  DatabaseAccess::Header(db).header_crc32 = 0xDEADBEEFu;
   PutRecords(db, {GoodRecord()});
   EXPECT_EQ(db.Validate(), ErrorCode::Success);
 }
@@ -55,9 +54,8 @@ TEST(Validate, InMemoryDatabaseSkipsChecksumWhateverItHolds) {
 TEST(Validate, MappedFileWithoutViewSkipsChecksum) {
   Database db;
   FillNames(db);
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  body.mapped_file = std::make_unique<MappedFile>();  // closed: null view
-  body.header.header_crc32 = 0x12345678u;
+  DatabaseAccess::AttachFile(db, std::make_unique<MappedFile>());  // closed: null view
+  DatabaseAccess::Header(db).header_crc32 = 0x12345678u;
   EXPECT_EQ(db.Validate(), ErrorCode::Success);
 }
 
@@ -65,7 +63,7 @@ TEST(Validate, HeaderCountDifferingFromRecordsIsInvalidData) {
   Database db;
   FillNames(db);
   PutRecords(db, {GoodRecord(), GoodRecord(), GoodRecord()});
-  DatabaseAccess::Body(db).header.parameter_count = 2;
+  DatabaseAccess::Header(db).parameter_count = 2;
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Parameter count mismatch: header says 2, actual is 3");
 }
@@ -81,7 +79,7 @@ TEST(Validate, AddParameterWithoutHeaderUpdateIsACountMismatch) {
 TEST(Validate, LargeCountsArePlainDecimal) {
   Database db;
   FillNames(db);
-  DatabaseAccess::Body(db).header.parameter_count = 4294967295u;
+  DatabaseAccess::Header(db).parameter_count = 4294967295u;
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Parameter count mismatch: header says 4294967295, actual is 0");
 }
@@ -127,7 +125,7 @@ TEST(Validate, MachineIdOutOfTableFails) {
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid machine_model_id 65535 in parameter 2");
 
-  DatabaseAccess::Body(db).parameters[2].machine_model_id = 0;
+  DatabaseAccess::Records(db)[2].machine_model_id = 0;
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid machine_model_id 0 in parameter 2");
 }
@@ -143,7 +141,7 @@ TEST(Validate, MaterialIdOutOfTableFails) {
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid material_id 3 in parameter 1");
 
-  DatabaseAccess::Body(db).parameters[1].material_id = 0;
+  DatabaseAccess::Records(db)[1].material_id = 0;
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid material_id 0 in parameter 1");
 }
@@ -159,13 +157,13 @@ TEST(Validate, IdTestsRunVendorMachineMaterialInThatOrder) {
   PutRecords(db, {p});
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid vendor_id 9 in parameter 0");
-  DatabaseAccess::Body(db).parameters[0].vendor_id = 1;
+  DatabaseAccess::Records(db)[0].vendor_id = 1;
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid machine_model_id 9 in parameter 0");
-  DatabaseAccess::Body(db).parameters[0].machine_model_id = 1;
+  DatabaseAccess::Records(db)[0].machine_model_id = 1;
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid material_id 9 in parameter 0");
-  DatabaseAccess::Body(db).parameters[0].material_id = 1;
+  DatabaseAccess::Records(db)[0].material_id = 1;
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid float value (NaN or Inf) in parameter 0");
 }
@@ -308,7 +306,7 @@ TEST(Validate, RebuiltIndexesPass) {
   b.material_id = 2;
   b.machine_model_id = 2;
   PutRecords(db, {a, b, a});
-  RebuildRecordIndexes(DatabaseAccess::Body(db));
+  DatabaseAccess::RebuildIndexes(db);
   EXPECT_EQ(db.Validate(), ErrorCode::Success);
 }
 
@@ -316,7 +314,7 @@ TEST(Validate, ThicknessBucketEndingAtRecordCountPasses) {
   Database db;
   FillNames(db);
   PutRecords(db, {GoodRecord(), GoodRecord()});
-  DatabaseAccess::Body(db).material_ranges[1] = {ThicknessBucket{1.0f, 2.0f, 1, 1}};
+  DatabaseAccess::SetMaterialBuckets(db, 1, {ThicknessBucket{1.0f, 2.0f, 1, 1}});
   EXPECT_EQ(db.Validate(), ErrorCode::Success);
 }
 
@@ -324,8 +322,8 @@ TEST(Validate, ThicknessBucketPastRecordsFails) {
   Database db;
   FillNames(db);
   PutRecords(db, {GoodRecord(), GoodRecord()});
-  DatabaseAccess::Body(db).material_ranges[1] = {ThicknessBucket{1.0f, 2.0f, 0, 2},
-                                                 ThicknessBucket{1.0f, 2.0f, 1, 2}};
+  DatabaseAccess::SetMaterialBuckets(db, 1, {ThicknessBucket{1.0f, 2.0f, 0, 2},
+                                                 ThicknessBucket{1.0f, 2.0f, 1, 2}});
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Thickness index points beyond parameter array");
 }
@@ -334,7 +332,7 @@ TEST(Validate, HugeIndexValuesDoNotWrapIntoRange) {
   Database db;
   FillNames(db);
   PutRecords(db, {GoodRecord()});
-  DatabaseAccess::Body(db).machine_records[1] = MachineSpan{~std::uint64_t{0}, 2};
+  DatabaseAccess::SetMachineSpan(db, 1, MachineSpan{~std::uint64_t{0}, 2});
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Machine index points beyond parameter array");
 }
@@ -343,10 +341,9 @@ TEST(Validate, MachineSpanPastRecordsFails) {
   Database db;
   FillNames(db);
   PutRecords(db, {GoodRecord(), GoodRecord(), GoodRecord()});
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  body.machine_records[1] = MachineSpan{0, 3};
+  DatabaseAccess::SetMachineSpan(db, 1, MachineSpan{0, 3});
   EXPECT_EQ(db.Validate(), ErrorCode::Success);
-  body.machine_records[2] = MachineSpan{2, 2};
+  DatabaseAccess::SetMachineSpan(db, 2, MachineSpan{2, 2});
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Machine index points beyond parameter array");
 }
@@ -355,9 +352,8 @@ TEST(Validate, ThicknessIndexIsCheckedBeforeMachineIndex) {
   Database db;
   FillNames(db);
   PutRecords(db, {GoodRecord()});
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  body.machine_records[1] = MachineSpan{5, 1};
-  body.material_ranges[1] = {ThicknessBucket{1.0f, 2.0f, 5, 1}};
+  DatabaseAccess::SetMachineSpan(db, 1, MachineSpan{5, 1});
+  DatabaseAccess::SetMaterialBuckets(db, 1, {ThicknessBucket{1.0f, 2.0f, 5, 1}});
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Thickness index points beyond parameter array");
 }
@@ -368,7 +364,7 @@ TEST(Validate, RecordsAreCheckedBeforeIndexes) {
   CuttingParameter p = GoodRecord();
   p.material_id = 0;
   PutRecords(db, {p});
-  DatabaseAccess::Body(db).machine_records[1] = MachineSpan{5, 1};
+  DatabaseAccess::SetMachineSpan(db, 1, MachineSpan{5, 1});
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Invalid material_id 0 in parameter 0");
 }
@@ -377,9 +373,9 @@ TEST(Validate, IndexesAfterAddParameterStillFitTheArray) {
   Database db;
   FillNames(db);
   PutRecords(db, {GoodRecord()});
-  RebuildRecordIndexes(DatabaseAccess::Body(db));
+  DatabaseAccess::RebuildIndexes(db);
   ASSERT_EQ(db.AddParameter(GoodRecord()), ErrorCode::Success);
-  DatabaseAccess::Body(db).header.parameter_count = 2;
+  DatabaseAccess::Header(db).parameter_count = 2;
   EXPECT_EQ(db.Validate(), ErrorCode::Success);
 }
 
@@ -389,7 +385,7 @@ TEST(Validate, CountMismatchComesBeforeRecordTests) {
   CuttingParameter p = GoodRecord();
   p.vendor_id = 0;
   PutRecords(db, {p});
-  DatabaseAccess::Body(db).header.parameter_count = 0;
+  DatabaseAccess::Header(db).parameter_count = 0;
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_EQ(db.GetLastError(), "Parameter count mismatch: header says 0, actual is 1");
 }
@@ -402,8 +398,8 @@ TEST(Validate, DatabaseStaysUsableAfterAFinding) {
   PutRecords(db, {p});
   EXPECT_EQ(db.Validate(), ErrorCode::InvalidData);
   EXPECT_TRUE(db.IsLoaded());
-  EXPECT_EQ(DatabaseAccess::Body(db).parameters.size(), 1u);
-  EXPECT_EQ(DatabaseAccess::Body(db).parameters[0].thickness_mm, 600.0f);
+  EXPECT_EQ(db.GetParameters().size(), 1u);
+  EXPECT_EQ(DatabaseAccess::Records(db)[0].thickness_mm, 600.0f);
   EXPECT_EQ(db.AddMaterial("Copper"), ErrorCode::Success);
 }
 

@@ -7,7 +7,6 @@
 
 #include "export_fixtures.h"
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
 
 namespace Sparlane {
 namespace {

@@ -18,7 +18,6 @@
 #include "export/text_sink.h"
 #include "export_fixtures.h"
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
 
 namespace Sparlane {
 namespace {
@@ -202,14 +201,12 @@ void FillRandom(Database& db, std::mt19937& rng, std::size_t records) {
 void ExpectExportsMatchReference(Database& db) {
   const std::string mine = TempPath(".mine");
   const std::string ref = TempPath(".ref");
-  const DatabaseImpl& body = DatabaseAccess::Body(db);
-
   ASSERT_EQ(db.ExportToCSV(mine), ErrorCode::Success);
-  ASSERT_EQ(ReferenceExport::WriteCsv(body, ref), ErrorCode::Success);
+  ASSERT_EQ(ReferenceExport::WriteCsv(db, ref), ErrorCode::Success);
   ASSERT_EQ(ReadFile(mine), ReadFile(ref));
 
   ASSERT_EQ(db.ExportToJSON(mine), ErrorCode::Success);
-  ASSERT_EQ(ReferenceExport::WriteJson(body, ref), ErrorCode::Success);
+  ASSERT_EQ(ReferenceExport::WriteJson(db, ref), ErrorCode::Success);
   ASSERT_EQ(ReadFile(mine), ReadFile(ref));
   std::remove(mine.c_str());
   std::remove(ref.c_str());
@@ -311,10 +308,9 @@ TEST(ExportWriteFailure, FullDeviceOutcomeMatchesPlainWritingAtEverySize) {
       Database db;
       std::vector<CuttingParameter> params(records, export_test::Record(id, id, 4, 6.0f));
       Fill(db, long_names, long_names, long_names, params);
-      const DatabaseImpl& body = DatabaseAccess::Body(db);
-      const ErrorCode csv = ReferenceExport::WriteCsv(body, "/dev/full");
+      const ErrorCode csv = ReferenceExport::WriteCsv(db, "/dev/full");
       ASSERT_EQ(db.ExportToCSV("/dev/full"), csv) << records << " records, id " << id;
-      const ErrorCode json = ReferenceExport::WriteJson(body, "/dev/full");
+      const ErrorCode json = ReferenceExport::WriteJson(db, "/dev/full");
       ASSERT_EQ(db.ExportToJSON("/dev/full"), json) << records << " records, id " << id;
       (csv == ErrorCode::Success ? saw_success : saw_failure) = true;
     }

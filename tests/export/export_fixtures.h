@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 namespace Sparlane {
 namespace export_test {
@@ -82,12 +82,23 @@ inline void Fill(Database& db, std::vector<std::string> vendors,
                  std::vector<std::string> machines, std::vector<std::string> materials,
                  std::vector<CuttingParameter> records) {
   db.Create();
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  body.vendors = std::move(vendors);
-  body.machines = std::move(machines);
-  body.materials = std::move(materials);
-  body.parameters = std::move(records);
+  DatabaseAccess::SetNames(db, NameKind::kVendor, std::move(vendors));
+  DatabaseAccess::SetNames(db, NameKind::kMachine, std::move(machines));
+  DatabaseAccess::SetNames(db, NameKind::kMaterial, std::move(materials));
+  DatabaseAccess::Records(db) = std::move(records);
 }
+
+// What the exports write from, read through the public interface.
+struct ExportedTables {
+  std::vector<std::string> vendors;
+  std::vector<std::string> machines;
+  std::vector<std::string> materials;
+  std::vector<CuttingParameter> parameters;
+
+  static ExportedTables Of(const Database& db) {
+    return {db.GetVendors(), db.GetMachines(), db.GetMaterials(), db.GetParameters()};
+  }
+};
 
 // The exports written the plain way: every piece inserted into a text
 // stream one after another.  The fast writers must match it byte for byte.
@@ -123,7 +134,8 @@ struct ReferenceExport {
   }
 
   // Returns the code the export should give and writes the file.
-  static ErrorCode WriteCsv(const DatabaseImpl& db, const std::string& path) {
+  static ErrorCode WriteCsv(const Database& database, const std::string& path) {
+    const ExportedTables db = ExportedTables::Of(database);
     std::ofstream f(path);
     if (!f.is_open()) return ErrorCode::IoError;
     f << "vendor,machine_model,material,thickness_mm,cut_speed_mm_min,";
@@ -152,7 +164,8 @@ struct ReferenceExport {
     f << "],\n";
   }
 
-  static ErrorCode WriteJson(const DatabaseImpl& db, const std::string& path) {
+  static ErrorCode WriteJson(const Database& database, const std::string& path) {
+    const ExportedTables db = ExportedTables::Of(database);
     std::ofstream f(path);
     if (!f.is_open()) return ErrorCode::IoError;
     f << "{\n";

@@ -7,7 +7,6 @@
 
 #include "export_fixtures.h"
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
 
 namespace Sparlane {
 namespace {
@@ -164,8 +163,8 @@ TEST(JsonExport, MissingNamesAreEmptyStringsAndTheRecordIsStillWritten) {
 TEST(JsonExport, VersionIsAlways1Point0) {
   Database db;
   Fill(db, {}, {}, {}, {});
-  DatabaseAccess::Body(db).header.version_major = 7;
-  DatabaseAccess::Body(db).header.version_minor = 3;
+  DatabaseAccess::Header(db).version_major = 7;
+  DatabaseAccess::Header(db).version_minor = 3;
   const std::string text = ExportJson(db);
   EXPECT_EQ(text.substr(0, 24), "{\n  \"version\": \"1.0\",\n  ");
   EXPECT_EQ(Parse(text)["version"], "1.0");

@@ -7,7 +7,7 @@
 #include "file_bytes.h"
 #include "reference_parser.h"
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 using namespace Sparlane;
 using namespace filetest;
@@ -39,13 +39,13 @@ class LoadTest : public ::testing::Test {
 };
 
 void ExpectStoreMatches(const Database& db, const FileContents& contents) {
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
-  EXPECT_EQ(d.vendors, contents.vendors);
-  EXPECT_EQ(d.machines, contents.machines);
-  EXPECT_EQ(d.materials, contents.materials);
-  ASSERT_EQ(d.parameters.size(), contents.records.size());
+  EXPECT_EQ(db.GetVendors(), contents.vendors);
+  EXPECT_EQ(db.GetMachines(), contents.machines);
+  EXPECT_EQ(db.GetMaterials(), contents.materials);
+  const std::vector<CuttingParameter> records = db.GetParameters();
+  ASSERT_EQ(records.size(), contents.records.size());
   for (std::size_t i = 0; i < contents.records.size(); ++i) {
-    const CuttingParameter& a = d.parameters[i];
+    const CuttingParameter& a = records[i];
     const CuttingParameter& b = contents.records[i];
     EXPECT_EQ(a.vendor_id, b.vendor_id);
     EXPECT_EQ(a.machine_model_id, b.machine_model_id);
@@ -78,18 +78,35 @@ FileContents GoldenContents(std::uint8_t compression, int records = 130) {
 
 // The parser over bytes in memory (what a load runs after mapping the file),
 // for the loops that try thousands of variants.
-ErrorCode ParseBytes(const Bytes& f, DatabaseImpl& store) {
-  return ParseParameterFile(f.data(), f.size(), store);
+ErrorCode ParseBytes(const Bytes& f, StoreParts& parts) {
+  return ParseParameterFile(f.data(), f.size(), parts);
 }
 
-void ExpectSameAsReference(const DatabaseImpl& d, const ReferenceResult& expected) {
-  ASSERT_EQ(d.vendors, expected.vendors);
-  ASSERT_EQ(d.machines, expected.machines);
-  ASSERT_EQ(d.materials, expected.materials);
-  ASSERT_EQ(d.parameters.size(), expected.records.size());
-  for (std::size_t i = 0; i < d.parameters.size(); ++i) {
-    ASSERT_TRUE(SameBytes(d.parameters[i], expected.records[i])) << "record " << i;
+void ExpectSameAsReference(const std::vector<std::string>& vendors,
+                           const std::vector<std::string>& machines,
+                           const std::vector<std::string>& materials,
+                           const std::vector<CuttingParameter>& records,
+                           const ReferenceResult& expected) {
+  ASSERT_EQ(vendors, expected.vendors);
+  ASSERT_EQ(machines, expected.machines);
+  ASSERT_EQ(materials, expected.materials);
+  ASSERT_EQ(records.size(), expected.records.size());
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    ASSERT_TRUE(SameBytes(records[i], expected.records[i])) << "record " << i;
   }
+}
+
+// A successful parse fills every part.
+void ExpectSameAsReference(const StoreParts& parts, const ReferenceResult& expected) {
+  ASSERT_TRUE(parts.header && parts.vendors && parts.machines && parts.materials &&
+              parts.records);
+  ExpectSameAsReference(*parts.vendors, *parts.machines, *parts.materials, *parts.records,
+                        expected);
+}
+
+void ExpectSameAsReference(const Database& db, const ReferenceResult& expected) {
+  ExpectSameAsReference(db.GetVendors(), db.GetMachines(), db.GetMaterials(),
+                        db.GetParameters(), expected);
 }
 
 }  // namespace
@@ -100,13 +117,13 @@ TEST_F(LoadTest, GoldenRawFileLoadsFieldByField) {
   ASSERT_EQ(LoadBytes(db, BuildFile(contents)), ErrorCode::Success);
   EXPECT_TRUE(db.IsLoaded());
   ExpectStoreMatches(db, contents);
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
-  EXPECT_EQ(d.header.created_time, 1700000000);
-  EXPECT_EQ(d.header.parameter_count, 130u);
-  EXPECT_EQ(d.vendor_ids.at("acme"), 3);
-  EXPECT_EQ(d.vendor_ids.at("Acme"), 1);
-  EXPECT_EQ(d.material_ids.at("Stainless"), 2);
-  EXPECT_EQ(d.machine_ids.at("Cutter 2"), 2);
+  const FileHeader header = db.GetFileHeader();
+  EXPECT_EQ(header.created_time, 1700000000);
+  EXPECT_EQ(header.parameter_count, 130u);
+  EXPECT_EQ(db.GetVendorId("acme"), 3);
+  EXPECT_EQ(db.GetVendorId("Acme"), 1);
+  EXPECT_EQ(db.GetMaterialId("Stainless"), 2);
+  EXPECT_EQ(db.GetMachineId("Cutter 2"), 2);
 }
 
 TEST_F(LoadTest, GoldenLz4FileLoadsFieldByField) {
@@ -120,11 +137,12 @@ TEST_F(LoadTest, IndexesAreRebuiltAfterLoad) {
   const FileContents contents = GoldenContents(0, 6);
   Database db;
   ASSERT_EQ(LoadBytes(db, BuildFile(contents)), ErrorCode::Success);
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
-  ASSERT_EQ(d.material_ranges.count(1), 1u);
-  EXPECT_EQ(d.material_ranges.at(1).front().count, 3u);
-  ASSERT_EQ(d.machine_records.count(1), 1u);
-  EXPECT_EQ(d.machine_records.at(1).count, 6u);
+  const MaterialIndexView materials = DatabaseAccess::MaterialIndex(db);
+  const MachineIndexView machines = DatabaseAccess::MachineIndex(db);
+  ASSERT_EQ(materials.count(1), 1u);
+  EXPECT_EQ(materials.at(1).front().count, 3u);
+  ASSERT_EQ(machines.count(1), 1u);
+  EXPECT_EQ(machines.at(1).second, 6u);
 }
 
 TEST_F(LoadTest, RepeatedNameMapsToItsLastId) {
@@ -132,8 +150,8 @@ TEST_F(LoadTest, RepeatedNameMapsToItsLastId) {
   contents.materials = {"Steel", "Alu", "Steel"};
   Database db;
   ASSERT_EQ(LoadBytes(db, BuildFile(contents)), ErrorCode::Success);
-  EXPECT_EQ(DatabaseAccess::Body(db).material_ids.at("Steel"), 3);
-  EXPECT_EQ(DatabaseAccess::Body(db).materials.size(), 3u);
+  EXPECT_EQ(db.GetMaterialId("Steel"), 3);
+  EXPECT_EQ(db.GetMaterials().size(), 3u);
 }
 
 TEST_F(LoadTest, ZeroParametersLoadsAndCountsAsLoaded) {
@@ -145,7 +163,7 @@ TEST_F(LoadTest, ZeroParametersLoadsAndCountsAsLoaded) {
     Database db;
     ASSERT_EQ(LoadBytes(db, file), ErrorCode::Success);
     EXPECT_TRUE(db.IsLoaded());
-    EXPECT_TRUE(DatabaseAccess::Body(db).parameters.empty());
+    EXPECT_TRUE(db.GetParameters().empty());
   }
 }
 
@@ -173,14 +191,14 @@ TEST_F(LoadTest, MissingFileGivesFileNotFoundWithSanitisedPath) {
   EXPECT_EQ(db.GetLastError(), "Failed to open file: " + Testing::SanitizePath(path));
   EXPECT_EQ(db.GetLastError().find(".."), std::string::npos);
   EXPECT_FALSE(db.IsLoaded());
-  EXPECT_EQ(DatabaseAccess::Body(db).mapped_file, nullptr);
+  EXPECT_EQ(DatabaseAccess::File(db), nullptr);
 }
 
 TEST_F(LoadTest, ShortFileGivesCorruptedFileAtOpen) {
   Database db;
   EXPECT_EQ(LoadBytes(db, Bytes(1023, 0)), ErrorCode::CorruptedFile);
   EXPECT_EQ(db.GetLastError(), "Failed to open file: " + Path("f.bin"));
-  EXPECT_EQ(DatabaseAccess::Body(db).mapped_file, nullptr);
+  EXPECT_EQ(DatabaseAccess::File(db), nullptr);
 }
 
 TEST_F(LoadTest, HeaderByte200ChangedIsCorruptedByte135IsNotNoticed) {
@@ -191,7 +209,7 @@ TEST_F(LoadTest, HeaderByte200ChangedIsCorruptedByte135IsNotNoticed) {
   EXPECT_EQ(LoadBytes(db, a), ErrorCode::CorruptedFile);
   EXPECT_EQ(db.GetLastError(), kParseMessage);
   EXPECT_FALSE(db.IsLoaded());
-  EXPECT_EQ(DatabaseAccess::Body(db).mapped_file, nullptr);
+  EXPECT_EQ(DatabaseAccess::File(db), nullptr);
   Bytes b = file;
   b[135] ^= 0xFF;
   EXPECT_EQ(LoadBytes(db, b), ErrorCode::Success);
@@ -221,7 +239,7 @@ TEST_F(LoadTest, EachHeaderByteChangedAndResealedMatchesTheRules) {
       changed[offset] ^= flip;
       Reseal(changed);
       const ReferenceResult expected = ReferenceLoad(changed);
-      DatabaseImpl store;
+      StoreParts store;
       const ErrorCode got = ParseBytes(changed, store);
       ASSERT_EQ(got, expected.code) << "offset " << offset << " flip " << int(flip);
       if (got == ErrorCode::Success) {
@@ -313,10 +331,10 @@ TEST_F(LoadTest, LayoutTestRowsGiveTheirCodes) {
   EXPECT_EQ(db.GetLastError(), kParseMessage);
   // Header counts of names are tested for limits but never used to read.
   EXPECT_EQ(LoadBytes(db, with(20, 100000, 4)), ErrorCode::Success);
-  EXPECT_EQ(DatabaseAccess::Body(db).vendors.size(), 3u);
+  EXPECT_EQ(db.GetVendors().size(), 3u);
   // Offsets are tested but never used for positioning.
   EXPECT_EQ(LoadBytes(db, with(104, l.end - 1, 8)), ErrorCode::Success);
-  EXPECT_EQ(DatabaseAccess::Body(db).parameters.size(), 2u);
+  EXPECT_EQ(db.GetParameters().size(), 2u);
 }
 
 TEST_F(LoadTest, CountFailureIsCheckedAfterOffsets) {
@@ -421,7 +439,7 @@ TEST_F(LoadTest, Lz4LastBlockMayBringMoreRecordsThanCounted) {
   Reseal(f);
   Database db;
   ASSERT_EQ(LoadBytes(db, f), ErrorCode::Success);
-  EXPECT_EQ(DatabaseAccess::Body(db).parameters.size(), 70u);
+  EXPECT_EQ(db.GetParameters().size(), 70u);
 }
 
 TEST_F(LoadTest, Lz4BlocksOfOtherSizesAreAccepted) {
@@ -434,8 +452,8 @@ TEST_F(LoadTest, Lz4BlocksOfOtherSizesAreAccepted) {
   Reseal(f);
   Database db;
   ASSERT_EQ(LoadBytes(db, f), ErrorCode::Success);
-  ASSERT_EQ(DatabaseAccess::Body(db).parameters.size(), 150u);
-  EXPECT_TRUE(SameBytes(DatabaseAccess::Body(db).parameters[149], records[149]));
+  ASSERT_EQ(db.GetParameters().size(), 150u);
+  EXPECT_TRUE(SameBytes(db.GetParameters()[149], records[149]));
 }
 
 TEST_F(LoadTest, ReservedCompressionLoadsNoRecords) {
@@ -448,14 +466,14 @@ TEST_F(LoadTest, ReservedCompressionLoadsNoRecords) {
   Database db;
   ASSERT_EQ(LoadBytes(db, BuildFile(GoldenContents(0, 4)), "first.bin"), ErrorCode::Success);
   ASSERT_EQ(LoadBytes(db, f), ErrorCode::Success);
-  EXPECT_TRUE(DatabaseAccess::Body(db).parameters.empty());
-  EXPECT_EQ(DatabaseAccess::Body(db).header.parameter_count, 5u);
+  EXPECT_TRUE(db.GetParameters().empty());
+  EXPECT_EQ(db.GetFileHeader().parameter_count, 5u);
 }
 
 TEST_F(LoadTest, SecondLoadClosesTheFirst) {
   Database db;
   ASSERT_EQ(LoadBytes(db, BuildFile(GoldenContents(0, 5)), "a.bin"), ErrorCode::Success);
-  const MappedFile* first = DatabaseAccess::Body(db).mapped_file.get();
+  const LoadedFile* first = DatabaseAccess::File(db);
   ASSERT_NE(first, nullptr);
   FileContents second = GoldenContents(1, 2);
   second.vendors = {"Other"};
@@ -464,7 +482,7 @@ TEST_F(LoadTest, SecondLoadClosesTheFirst) {
   // A failing load after a good one leaves the database not loaded.
   EXPECT_EQ(db.LoadFromBinary(Path("missing.bin")), ErrorCode::FileNotFound);
   EXPECT_FALSE(db.IsLoaded());
-  EXPECT_EQ(DatabaseAccess::Body(db).mapped_file, nullptr);
+  EXPECT_EQ(DatabaseAccess::File(db), nullptr);
 }
 
 TEST_F(LoadTest, FailedParseKeepsWhatWasReadBefore) {
@@ -473,8 +491,8 @@ TEST_F(LoadTest, FailedParseKeepsWhatWasReadBefore) {
   f.resize(l.end - 1);
   Database db;
   EXPECT_EQ(LoadBytes(db, f), ErrorCode::InvalidData);
-  EXPECT_EQ(DatabaseAccess::Body(db).vendors.size(), 3u);
-  EXPECT_EQ(DatabaseAccess::Body(db).materials.size(), 3u);
+  EXPECT_EQ(db.GetVendors().size(), 3u);
+  EXPECT_EQ(db.GetMaterials().size(), 3u);
 }
 
 TEST_F(LoadTest, FastLoadLeavesThePreviousMessage) {
@@ -503,7 +521,7 @@ TEST_F(LoadTest, RandomMutationsMatchTheLiteralRules) {
     const ReferenceResult expected = ReferenceLoad(f);
     if (expected.unmodelled) continue;
     ++modelled;
-    DatabaseImpl store;
+    StoreParts store;
     const ErrorCode got = ParseBytes(f, store);
     ASSERT_EQ(got, expected.code) << "round " << round;
     if (got == ErrorCode::Success) ExpectSameAsReference(store, expected);
@@ -522,7 +540,7 @@ TEST_F(LoadTest, RandomMutationsThroughFilesMatchTheLiteralRules) {
     if (expected.unmodelled) continue;
     ASSERT_EQ(LoadBytes(db, f), expected.code) << "round " << round;
     EXPECT_EQ(db.IsLoaded(), expected.code == ErrorCode::Success);
-    if (expected.code == ErrorCode::Success) ExpectSameAsReference(DatabaseAccess::Body(db), expected);
+    if (expected.code == ErrorCode::Success) ExpectSameAsReference(db, expected);
   }
 }
 
@@ -549,14 +567,16 @@ TEST_F(LoadTest, HostileCountsReserveOnlyWhatTheBytesCouldHold) {
   Bytes f = BuildFile(GoldenContents(1, 1), &l);
   Put32(f, 16, 10000000);  // ten million records promised, one block present
   Reseal(f);
-  DatabaseImpl store;
+  StoreParts store;
   EXPECT_EQ(ParseBytes(f, store), ErrorCode::InvalidParameter);  // no head for block two
-  EXPECT_EQ(store.parameters.size(), 1u);
-  EXPECT_LE(store.parameters.capacity(), (f.size() - l.data) * 255 / 64);
+  ASSERT_TRUE(store.records.has_value());
+  EXPECT_EQ(store.records->size(), 1u);
+  EXPECT_LE(store.records->capacity(), (f.size() - l.data) * 255 / 64);
 
   Bytes g = BuildFile(GoldenContents(0, 0), &l);
   Put32(g, l.vendor, 0xFFFFFFFFu);
-  DatabaseImpl names;
+  StoreParts names;
   EXPECT_EQ(ParseBytes(g, names), ErrorCode::InvalidData);
-  EXPECT_LE(names.vendors.capacity(), g.size() / 3);
+  ASSERT_TRUE(names.vendors.has_value());
+  EXPECT_LE(names.vendors->capacity(), g.size() / 3);
 }

@@ -5,7 +5,6 @@
 
 #include "file/load_timing.h"
 #include "file_bytes.h"
-#include "store/database_impl.h"
 
 using namespace Sparlane;
 using namespace filetest;
@@ -33,7 +32,7 @@ TEST(SlowLoadWarning, SlowLoadSucceedsAndLeavesTheWarning) {
   EXPECT_NE(db.ImportFromSQLite(""), ErrorCode::Success);  // a message to replace
   ASSERT_EQ(db.LoadFromBinary(dir + "/big.bin"), ErrorCode::Success);
   EXPECT_TRUE(db.IsLoaded());
-  EXPECT_EQ(DatabaseAccess::Body(db).parameters.size(), 400000u);
+  EXPECT_EQ(db.GetParameters().size(), 400000u);
   const std::string message = db.GetLastError();
   const std::regex form(R"(Warning: Load time exceeded 5ms target \((\d+\.\d{6}) ms\))");
   std::smatch m;

@@ -11,7 +11,7 @@
 
 #include "file/mapped_file.h"
 #include "file_bytes.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 using namespace Sparlane;
 using namespace filetest;
@@ -162,8 +162,8 @@ TEST_F(MappedFileTest, DatabaseCloseReleasesTheMappingButKeepsTheObject) {
   ExpectDescriptors(before + 1);
   db.Close();
   ExpectDescriptors(before);
-  ASSERT_NE(DatabaseAccess::Body(db).mapped_file, nullptr);
-  EXPECT_EQ(DatabaseAccess::Body(db).mapped_file->view(), nullptr);
+  ASSERT_NE(DatabaseAccess::File(db), nullptr);
+  EXPECT_EQ(DatabaseAccess::File(db)->view(), nullptr);
 }
 
 TEST_F(MappedFileTest, LoadFromDirectoryReportsOpenFailure) {

@@ -12,7 +12,6 @@
 
 #include "file/mapped_file.h"
 #include "file_bytes.h"
-#include "store/database_impl.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define SPARLANE_TEST_UNDER_ASAN 1

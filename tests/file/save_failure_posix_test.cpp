@@ -7,7 +7,7 @@
 #include <csignal>
 
 #include "file_bytes.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 using namespace Sparlane;
 using namespace filetest;
@@ -38,11 +38,11 @@ class FileSizeLimit {
 
 void FillRecords(Database& db, int records) {
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.vendors = {"Acme"};
-  d.machines = {"Cutter"};
-  d.materials = {"Steel"};
-  for (int i = 0; i < records; ++i) d.parameters.push_back(SampleRecord(1, 1.0f + i, i % 50));
+  DatabaseAccess::SetNames(db, NameKind::kVendor, {"Acme"});
+  DatabaseAccess::SetNames(db, NameKind::kMachine, {"Cutter"});
+  DatabaseAccess::SetNames(db, NameKind::kMaterial, {"Steel"});
+  std::vector<CuttingParameter>& table = DatabaseAccess::Records(db);
+  for (int i = 0; i < records; ++i) table.push_back(SampleRecord(1, 1.0f + i, i % 50));
 }
 
 }  // namespace

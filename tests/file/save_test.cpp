@@ -7,7 +7,7 @@
 #include "file/file_writer.h"
 #include "file/lz4_blocks.h"
 #include "file_bytes.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 using namespace Sparlane;
 using namespace filetest;
@@ -25,26 +25,26 @@ class SaveTest : public ::testing::Test {
   // A created database filled directly, so opaque bytes are kept as given.
   void Fill(Database& db, int records) {
     ASSERT_EQ(db.Create(), ErrorCode::Success);
-    DatabaseImpl& d = DatabaseAccess::Body(db);
-    d.vendors = {"Acme", "B"};
-    d.machines = {"Cutter 1", "Cutter 2", "C3"};
-    d.materials = {"Mild Steel"};
+    DatabaseAccess::SetNames(db, NameKind::kVendor, {"Acme", "B"});
+    DatabaseAccess::SetNames(db, NameKind::kMachine, {"Cutter 1", "Cutter 2", "C3"});
+    DatabaseAccess::SetNames(db, NameKind::kMaterial, {"Mild Steel"});
+    std::vector<CuttingParameter>& table = DatabaseAccess::Records(db);
     for (int i = 0; i < records; ++i) {
-      d.parameters.push_back(SampleRecord(1, static_cast<float>(i) * 0.5f, i % 100));
+      table.push_back(SampleRecord(1, static_cast<float>(i) * 0.5f, i % 100));
     }
   }
   std::string dir_;
 };
 
 void ExpectSameStore(const Database& a, const Database& b) {
-  const DatabaseImpl& x = DatabaseAccess::Body(a);
-  const DatabaseImpl& y = DatabaseAccess::Body(b);
-  EXPECT_EQ(x.vendors, y.vendors);
-  EXPECT_EQ(x.machines, y.machines);
-  EXPECT_EQ(x.materials, y.materials);
-  ASSERT_EQ(x.parameters.size(), y.parameters.size());
-  for (std::size_t i = 0; i < x.parameters.size(); ++i) {
-    ASSERT_TRUE(SameBytes(x.parameters[i], y.parameters[i])) << "record " << i;
+  EXPECT_EQ(a.GetVendors(), b.GetVendors());
+  EXPECT_EQ(a.GetMachines(), b.GetMachines());
+  EXPECT_EQ(a.GetMaterials(), b.GetMaterials());
+  const std::vector<CuttingParameter> x = a.GetParameters();
+  const std::vector<CuttingParameter> y = b.GetParameters();
+  ASSERT_EQ(x.size(), y.size());
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    ASSERT_TRUE(SameBytes(x[i], y[i])) << "record " << i;
   }
 }
 
@@ -66,7 +66,7 @@ TEST_F(SaveTest, RawRoundTripKeepsEveryByteOfEveryRecord) {
   Database back;
   ASSERT_EQ(back.LoadFromBinary(Path("raw.bin")), ErrorCode::Success);
   ExpectSameStore(db, back);
-  EXPECT_EQ(DatabaseAccess::Body(back).parameters[3].aux_id, 0xA003);
+  EXPECT_EQ(back.GetParameters()[3].aux_id, 0xA003);
 }
 
 TEST_F(SaveTest, Lz4RoundTripKeepsEveryByteOfEveryRecord) {
@@ -90,7 +90,7 @@ TEST_F(SaveTest, WrittenBytesFollowTheLayout) {
   contents.vendors = {"Acme", "B"};
   contents.machines = {"Cutter 1", "Cutter 2", "C3"};
   contents.materials = {"Mild Steel"};
-  contents.records = DatabaseAccess::Body(db).parameters;
+  contents.records = db.GetParameters();
   Bytes expected = BuildFile(contents);
   // The machine entries carry vendor id 1 in saved files.
   for (std::size_t at = Get64(expected, 56) + 8, i = 0; i < 3; ++i) {
@@ -145,9 +145,8 @@ TEST_F(SaveTest, ReservedWritesNoDataAndSuchFileWithRecordsIsRefused) {
 TEST_F(SaveTest, LongNamesAreCutTo255BytesAndTableSizeCountsFullLength) {
   Database db;
   Fill(db, 0);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.vendors = {std::string(300, 'v')};
-  d.machines = {std::string(256, 'm')};
+  DatabaseAccess::SetNames(db, NameKind::kVendor, {std::string(300, 'v')});
+  DatabaseAccess::SetNames(db, NameKind::kMachine, {std::string(256, 'm')});
   ASSERT_EQ(db.SaveToBinary(Path("n.bin"), CompressionType::None), ErrorCode::Success);
   const Bytes f = ReadFile(Path("n.bin"));
   EXPECT_EQ(Get32(f, 1024 + 4), 4u + 303u);  // vendor table_size uses the uncut length
@@ -156,8 +155,8 @@ TEST_F(SaveTest, LongNamesAreCutTo255BytesAndTableSizeCountsFullLength) {
   EXPECT_EQ(Get32(f, Get64(f, 56) + 4), 4u + 6 + 256);
   Database back;
   ASSERT_EQ(back.LoadFromBinary(Path("n.bin")), ErrorCode::Success);
-  EXPECT_EQ(DatabaseAccess::Body(back).vendors[0], std::string(255, 'v'));
-  EXPECT_EQ(DatabaseAccess::Body(back).machines[0], std::string(255, 'm'));
+  EXPECT_EQ(back.GetVendors()[0], std::string(255, 'v'));
+  EXPECT_EQ(back.GetMachines()[0], std::string(255, 'm'));
 }
 
 TEST_F(SaveTest, ReplacesAnExistingTarget) {
@@ -172,10 +171,11 @@ TEST_F(SaveTest, ReplacesAnExistingTarget) {
 TEST_F(SaveTest, SavingDoesNotChangeTheStoreOrItsHeader) {
   Database db;
   Fill(db, 3);
-  const FileHeader before = DatabaseAccess::Body(db).header;
+  const FileHeader before = db.GetFileHeader();
   ASSERT_EQ(db.SaveToBinary(Path("s.bin"), CompressionType::None), ErrorCode::Success);
-  EXPECT_EQ(0, std::memcmp(&before, &DatabaseAccess::Body(db).header, sizeof before));
-  EXPECT_EQ(DatabaseAccess::Body(db).parameters.size(), 3u);
+  const FileHeader after = db.GetFileHeader();
+  EXPECT_EQ(0, std::memcmp(&before, &after, sizeof before));
+  EXPECT_EQ(db.GetParameters().size(), 3u);
   EXPECT_TRUE(db.IsLoaded());
 }
 

@@ -14,7 +14,12 @@ fi
 
 symbols="$(nm -D --defined-only -C "$lib" | cut -d' ' -f3-)"
 for required in 'Sparlane::Database::Database()' 'Sparlane::Database::Create()' \
-                'Sparlane::Testing::CalculateCRC32(unsigned char const*, unsigned long)'; do
+                'Sparlane::Database::SortParameters()' \
+                'Sparlane::Database::GetFileHeader() const' \
+                'Sparlane::Database::GetParameters() const' \
+                'Sparlane::Database::GetVendorId(std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> > const&) const' \
+                'Sparlane::Testing::CalculateCRC32(unsigned char const*, unsigned long)' \
+                'Sparlane::Testing::ExplainParameter[abi:cxx11](Sparlane::CuttingParameter const&)'; do
   if ! grep -qxF "$required" <<<"$symbols"; then
     echo "public symbol not exported: $required" >&2
     exit 1
@@ -27,10 +32,10 @@ done
 # artefacts of the compiler and are not counted.
 ours="$(grep -E '^((typeinfo|typeinfo name|vtable|VTT|guard variable) for )?Sparlane::' \
         <<<"$symbols" || true)"
-leaks="$(grep -vE '^Sparlane::(Database::(~?Database\(|[A-Z][A-Za-z0-9]*(\[abi:[A-Za-z0-9]+\])?\(|operator=\()|Testing::[A-Za-z0-9_]+\()' \
+leaks="$(grep -vE '^Sparlane::(Database::(~?Database\(|[A-Z][A-Za-z0-9]*(\[abi:[A-Za-z0-9]+\])?\(|operator=\()|Testing::[A-Za-z0-9_]+(\[abi:[A-Za-z0-9]+\])?\()' \
          <<<"$ours" || true)"
-for internal in DatabaseImpl Database::Impl DatabaseAccess MappedFile QueryMetrics ResolveName \
-                BuildNameIndexes RebuildMaterialIndex RebuildMachineIndex RebuildRecordIndexes; do
+for internal in Store Database::Impl DatabaseAccess LoadedFile MappedFile QueryMetrics NameTable \
+                RecordIndexes PairIndex FirstBrokenRule SortByIndexKey; do
   leaks+=$'\n'"$(grep -F "$internal" <<<"$ours" || true)"
 done
 leaks="$(sed '/^$/d' <<<"$leaks" | sort -u)"

@@ -21,8 +21,14 @@ prefix="$work/prefix"
 
 cmake --install "$build_dir" --prefix "$prefix" >/dev/null
 
-for f in include/sparlane/sparlane.h; do
+for f in include/sparlane/{sparlane,export,records,file_header,results,calculators,database,testing}.h; do
   [ -f "$prefix/$f" ] || { echo "not installed: $f" >&2; exit 1; }
+done
+# Each installed header compiles on its own, so a host may include any one.
+for f in "$prefix"/include/sparlane/*.h; do
+  echo "#include <sparlane/$(basename "$f")>" |
+    "$cxx" -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I "$prefix/include" -x c++ - ||
+    { echo "header does not compile on its own: $f" >&2; exit 1; }
 done
 lib="$(find "$prefix" -name 'libsparlane.so.1' -print -quit)"
 [ -n "$lib" ] || { echo "libsparlane.so.1 not installed" >&2; exit 1; }

@@ -61,7 +61,7 @@ TEST(Concurrency, CountersAddUpAcrossThreads) {
 
 TEST(Concurrency, RecordFromManyThreadsSumsExactly) {
   Database db;
-  const Sparlane::QueryMetrics& metrics = DatabaseAccess::Body(db).metrics;
+  const Sparlane::QueryMetrics& metrics = DatabaseAccess::Body(db).metrics();
   std::vector<std::thread> threads;
   for (int t = 0; t < kThreads; ++t) {
     threads.emplace_back([&metrics, t] {

@@ -22,7 +22,7 @@ class ExactLookup : public ::testing::Test {
 TEST_F(ExactLookup, FindsRecordWithinTolerance) {
   auto r = db.FindExact("Mat1", 6.05f, "M1", 0.1f);
   ASSERT_TRUE(r.has_value());
-  EXPECT_TRUE(SameBytes(*r, DatabaseAccess::Body(db).parameters[1]));
+  EXPECT_TRUE(SameBytes(*r, db.GetParameters()[1]));
   auto other_machine = db.FindExact("Mat1", 6.0f, "M2", 0.1f);
   ASSERT_TRUE(other_machine.has_value());
   EXPECT_EQ(other_machine->cut_speed_mm_min, 3100.0f);
@@ -100,7 +100,7 @@ TEST_F(ExactLookup, MaterialWithoutIndexEntryBisectsWholeTable) {
   MakeCatalogue(fresh, 2, 2);
   ASSERT_EQ(fresh.AddParameter(Record(2, 1, 3.0f, 1000)), ErrorCode::Success);
   ASSERT_EQ(fresh.AddParameter(Record(2, 2, 3.0f, 1200)), ErrorCode::Success);
-  ASSERT_EQ(DatabaseAccess::Body(fresh).material_ranges.count(2), 0u);
+  ASSERT_EQ(DatabaseAccess::MaterialIndex(fresh).count(2), 0u);
   auto r = fresh.FindExact("Mat2", 3.0f, "M2", 0.0f);
   ASSERT_TRUE(r.has_value());
   EXPECT_EQ(r->cut_speed_mm_min, 1200.0f);
@@ -117,7 +117,7 @@ TEST_F(ExactLookup, IndexedMaterialIgnoresRecordsOutsideItsBucket) {
 TEST_F(ExactLookup, BucketSpanRunningPastTableEndStopsAtTheEnd) {
   // Thinnest record last: the bucket says first 2, count 3.
   LoadRecords(db, {Record(1, 1, 6.0f), Record(1, 1, 9.0f), Record(1, 1, 3.0f)});
-  const auto& bucket = DatabaseAccess::Body(db).material_ranges.at(1).front();
+  const auto bucket = DatabaseAccess::MaterialIndex(db).at(1).front();
   ASSERT_EQ(bucket.first, 2u);
   ASSERT_EQ(bucket.count, 3u);
   EXPECT_TRUE(db.FindExact("Mat1", 3.0f, "M1", 0.1f).has_value());

@@ -21,9 +21,7 @@ class InterpolateQuery : public ::testing::Test {
     LoadRecords(db, {Record(1, 1, 5.0f, 3000.0f), thick, Record(1, 2, 4.0f, 2222.0f),
                      Record(2, 1, 1.0f, 500.0f)});
   }
-  const CuttingParameter& At(std::size_t pos) const {
-    return DatabaseAccess::Body(db).parameters[pos];
-  }
+  CuttingParameter At(std::size_t pos) const { return db.GetParameters()[pos]; }
   Database db;
 };
 

@@ -14,24 +14,25 @@
 #include <vector>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 namespace query_test {
 
 class LiteralQueries {
  public:
   using CP = Sparlane::CuttingParameter;
-  explicit LiteralQueries(const Sparlane::DatabaseImpl& d) : d_(d) {}
+  explicit LiteralQueries(const Sparlane::Database& db)
+      : db_(db), s_(Sparlane::DatabaseAccess::Body(db)) {}
 
   std::optional<CP> FindNearest(const std::string& material, float t,
                                 const std::string& machine) const {
-    if (!d_.loaded) return std::nullopt;
-    const auto mat = Id(d_.material_ids, material);
-    const auto mach = Id(d_.machine_ids, machine);
+    if (!s_.loaded()) return std::nullopt;
+    const auto mat = db_.GetMaterialId(material);
+    const auto mach = db_.GetMachineId(machine);
     if (mat == 0 || mach == 0) return std::nullopt;
     std::optional<CP> best;
     float best_distance = FLT_MAX;
-    for (const CP& r : d_.parameters) {
+    for (const CP& r : s_.records()) {
       if (r.material_id != mat || r.machine_model_id != mach) continue;
       const float distance = std::fabs(r.thickness_mm - t);
       if (distance < best_distance) {
@@ -44,10 +45,10 @@ class LiteralQueries {
 
   std::vector<CP> FindByMaterial(const std::string& material) const {
     std::vector<CP> out;
-    if (!d_.loaded) return out;
-    const auto mat = Id(d_.material_ids, material);
+    if (!s_.loaded()) return out;
+    const auto mat = db_.GetMaterialId(material);
     if (mat == 0) return out;
-    for (const CP& r : d_.parameters) {
+    for (const CP& r : s_.records()) {
       if (r.material_id == mat) out.push_back(r);
     }
     return out;
@@ -56,15 +57,15 @@ class LiteralQueries {
   Sparlane::SupportedThicknessRange Range(const std::string& material,
                                           const std::string& machine) const {
     Sparlane::SupportedThicknessRange range{FLT_MAX, -FLT_MAX, 0, false};
-    if (!d_.loaded) return range;
-    const auto mat = Id(d_.material_ids, material);
+    if (!s_.loaded()) return range;
+    const auto mat = db_.GetMaterialId(material);
     if (mat == 0) return range;
     std::uint16_t mach = 0;
     if (!machine.empty()) {
-      mach = Id(d_.machine_ids, machine);
+      mach = db_.GetMachineId(machine);
       if (mach == 0) return range;
     }
-    for (const CP& r : d_.parameters) {
+    for (const CP& r : s_.records()) {
       if (r.material_id != mat || (!machine.empty() && r.machine_model_id != mach)) continue;
       range.min_thickness_mm = std::min(range.min_thickness_mm, r.thickness_mm);
       range.max_thickness_mm = std::max(range.max_thickness_mm, r.thickness_mm);
@@ -75,9 +76,9 @@ class LiteralQueries {
   }
 
   CP AdjustForMaxSpeed(const CP& base, float max_speed) const {
-    if (!d_.loaded || !(max_speed < base.cut_speed_mm_min)) return base;
+    if (!s_.loaded() || !(max_speed < base.cut_speed_mm_min)) return base;
     std::vector<CP> candidates;
-    for (const CP& r : d_.parameters) {
+    for (const CP& r : s_.records()) {
       if (r.material_id == base.material_id && r.machine_model_id == base.machine_model_id &&
           std::fabs(r.thickness_mm - base.thickness_mm) < 0.1f &&
           r.cut_speed_mm_min <= max_speed) {
@@ -102,7 +103,7 @@ class LiteralQueries {
   // machine's lower and upper bound compare the machine id alone within that
   // run.  Each bound is the textbook count-and-half bisection.
   std::pair<std::size_t, std::size_t> PairSpan(std::uint16_t mat, std::uint16_t mach) const {
-    const auto& p = d_.parameters;
+    const auto& p = s_.records();
     const std::size_t mat_first = Bound(0, p.size(), [&](const CP& r) { return r.material_id < mat; });
     const std::size_t mat_last = Bound(0, p.size(), [&](const CP& r) { return !(mat < r.material_id); });
     const std::size_t first =
@@ -114,18 +115,18 @@ class LiteralQueries {
 
   std::optional<CP> FindExact(const std::string& material, float t, const std::string& machine,
                               float tol) const {
-    if (!d_.loaded || t < 0 || std::isinf(t) || std::isnan(t)) return std::nullopt;
-    const auto mat = Id(d_.material_ids, material);
-    const auto mach = Id(d_.machine_ids, machine);
+    if (!s_.loaded() || t < 0 || std::isinf(t) || std::isnan(t)) return std::nullopt;
+    const auto mat = db_.GetMaterialId(material);
+    const auto mach = db_.GetMachineId(machine);
     if (mat == 0 || mach == 0) return std::nullopt;
-    auto it = d_.material_ranges.find(mat);
-    if (it == d_.material_ranges.end()) {
+    auto it = s_.record_indexes().material_ranges.find(mat);
+    if (it == s_.record_indexes().material_ranges.end()) {
       const auto span = PairSpan(mat, mach);
       return Bisect(span.first, span.second, mat, mach, t, tol);
     }
     for (const auto& b : it->second) {
       if (t >= b.min_thickness - tol && tol + b.max_thickness >= t) {
-        const std::size_t end = std::min<std::size_t>(b.first + b.count, d_.parameters.size());
+        const std::size_t end = std::min<std::size_t>(b.first + b.count, s_.records().size());
         auto hit = Bisect(std::min<std::size_t>(b.first, end), end, mat, mach, t, tol);
         if (hit) return hit;
       }
@@ -134,8 +135,8 @@ class LiteralQueries {
   }
 
   std::optional<CP> FindOptimal(const std::string& material, float t, float tol) const {
-    if (!d_.loaded || t < 0 || std::isinf(t) || std::isnan(t)) return std::nullopt;
-    const auto mat = Id(d_.material_ids, material);
+    if (!s_.loaded() || t < 0 || std::isinf(t) || std::isnan(t)) return std::nullopt;
+    const auto mat = db_.GetMaterialId(material);
     if (mat == 0) return std::nullopt;
     float best_speed = 0.0f;
     std::optional<CP> best;
@@ -145,17 +146,17 @@ class LiteralQueries {
         best = r;
       }
     };
-    auto it = d_.material_ranges.find(mat);
-    if (it == d_.material_ranges.end()) {
-      for (const CP& r : d_.parameters) {
+    auto it = s_.record_indexes().material_ranges.find(mat);
+    if (it == s_.record_indexes().material_ranges.end()) {
+      for (const CP& r : s_.records()) {
         if (r.material_id == mat) consider(r);
       }
       return best;
     }
     for (const auto& b : it->second) {
       if (t >= b.min_thickness - tol && tol + b.max_thickness >= t) {
-        for (std::size_t i = b.first; i < b.first + b.count && i < d_.parameters.size(); ++i) {
-          consider(d_.parameters[i]);
+        for (std::size_t i = b.first; i < b.first + b.count && i < s_.records().size(); ++i) {
+          consider(s_.records()[i]);
         }
       }
     }
@@ -166,15 +167,15 @@ class LiteralQueries {
                                             const std::string& machine) const {
     namespace T = Sparlane::Testing;
     Sparlane::InterpolationResult res{};
-    if (!d_.loaded || t < 0 || std::isinf(t) || std::isnan(t)) return res;
-    const auto mat = Id(d_.material_ids, material);
-    const auto mach = Id(d_.machine_ids, machine);
+    if (!s_.loaded() || t < 0 || std::isinf(t) || std::isnan(t)) return res;
+    const auto mat = db_.GetMaterialId(material);
+    const auto mach = db_.GetMachineId(machine);
     if (mat == 0 || mach == 0) return res;
     const auto span = PairSpan(mat, mach);
     const CP* lower = nullptr;
     const CP* upper = nullptr;
     if (span.first != span.second) {
-      const auto& p = d_.parameters;
+      const auto& p = s_.records();
       auto pit = std::partition_point(p.begin() + static_cast<std::ptrdiff_t>(span.first),
                                       p.begin() + static_cast<std::ptrdiff_t>(span.second),
                                       [&](const CP& r) { return r.thickness_mm < t; });
@@ -215,11 +216,6 @@ class LiteralQueries {
   }
 
  private:
-  static std::uint16_t Id(const Sparlane::NameIndex& index, const std::string& name) {
-    auto it = index.find(name);
-    return it == index.end() ? 0 : it->second;
-  }
-
   // First position of [first, last) where go_right turns false, probing
   // the middle of what is left each time.
   template <typename GoRight>
@@ -227,7 +223,7 @@ class LiteralQueries {
     std::size_t count = last - first;
     while (count > 0) {
       const std::size_t half = count / 2;
-      if (go_right(d_.parameters[first + half])) {
+      if (go_right(s_.records()[first + half])) {
         first += half + 1;
         count -= half + 1;
       } else {
@@ -239,7 +235,7 @@ class LiteralQueries {
 
   std::optional<CP> Bisect(std::size_t lo, std::size_t hi, std::uint16_t mat, std::uint16_t mach,
                            float t, float tol) const {
-    const auto& p = d_.parameters;
+    const auto& p = s_.records();
     while (lo < hi) {
       const std::size_t mid = lo + (hi - lo) / 2;
       const CP& r = p[mid];
@@ -266,7 +262,8 @@ class LiteralQueries {
     return std::nullopt;
   }
 
-  const Sparlane::DatabaseImpl& d_;
+  const Sparlane::Database& db_;
+  const Sparlane::Store& s_;
 };
 
 }  // namespace query_test

@@ -92,7 +92,7 @@ TEST_F(MetricsAndLog, CountersSurviveCloseAndCreate) {
 }
 
 TEST_F(MetricsAndLog, RecordTracksTotalLongestAndShortest) {
-  const Sparlane::QueryMetrics& metrics = DatabaseAccess::Body(db).metrics;
+  const Sparlane::QueryMetrics& metrics = DatabaseAccess::Body(db).metrics();
   metrics.Record(2.0, true);
   metrics.Record(0.5, false);
   metrics.Record(4.0, true);

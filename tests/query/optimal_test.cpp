@@ -81,14 +81,14 @@ TEST_F(Optimal, BucketOutsideToleranceIsSkipped) {
 }
 
 TEST_F(Optimal, MaxSpeedNotBelowRecordSpeedReturnsItUnchanged) {
-  const CuttingParameter p = DatabaseAccess::Body(db).parameters[0];
+  const CuttingParameter p = db.GetParameters()[0];
   EXPECT_TRUE(SameBytes(db.AdjustForMaxSpeed(p, p.cut_speed_mm_min), p));
   EXPECT_TRUE(SameBytes(db.AdjustForMaxSpeed(p, 5000.0f), p));
   EXPECT_TRUE(SameBytes(db.AdjustForMaxSpeed(p, std::nanf("")), p));
 }
 
 TEST_F(Optimal, NoSlowerNeighbourCapsSpeedAndSetsFlag) {
-  const CuttingParameter p = DatabaseAccess::Body(db).parameters[0];
+  const CuttingParameter p = db.GetParameters()[0];
   const CuttingParameter r = db.AdjustForMaxSpeed(p, p.cut_speed_mm_min - 1.0f);
   CuttingParameter want = p;
   want.cut_speed_mm_min = 1999.0f;
@@ -100,7 +100,7 @@ TEST_F(Optimal, SlowerNeighbourWithinTheBandIsPreferred) {
   LoadRecords(db, {Record(1, 1, 1.0f, 2000.0f), Record(1, 1, 1.09f, 1500.0f),
                    Record(1, 1, 0.95f, 1700.0f), Record(1, 1, 1.1f, 1800.0f),
                    Record(1, 2, 1.0f, 1750.0f), Record(1, 1, 1.02f, 1700.0f)});
-  const auto& table = DatabaseAccess::Body(db).parameters;
+  const std::vector<CuttingParameter> table = db.GetParameters();
   const CuttingParameter r = db.AdjustForMaxSpeed(table[0], 1900.0f);
   // 1.1 is outside the band, machine 2 does not count; first of the 1700s.
   EXPECT_TRUE(SameBytes(r, table[2]));
@@ -110,7 +110,7 @@ TEST_F(Optimal, NeighbourAtPointOneIsOutsideAndPointZeroNineInside) {
   // 1.1f - 1.0f is just above 0.1f in float (6.1f - 6.0f would be just below).
   ASSERT_FALSE(std::fabs(1.1f - 1.0f) < 0.1f);
   LoadRecords(db, {Record(1, 1, 1.0f, 2000.0f), Record(1, 1, 1.1f, 1000.0f)});
-  const CuttingParameter base = DatabaseAccess::Body(db).parameters[0];
+  const CuttingParameter base = db.GetParameters()[0];
   EXPECT_EQ(db.AdjustForMaxSpeed(base, 1500.0f).flags & kFlagSpeedCapped, kFlagSpeedCapped);
   LoadRecords(db, {Record(1, 1, 1.0f, 2000.0f), Record(1, 1, 1.09f, 1000.0f)});
   const CuttingParameter r = db.AdjustForMaxSpeed(base, 1500.0f);
@@ -120,14 +120,14 @@ TEST_F(Optimal, NeighbourAtPointOneIsOutsideAndPointZeroNineInside) {
 
 TEST_F(Optimal, NeighbourFasterThanMaxSpeedIsNotTaken) {
   LoadRecords(db, {Record(1, 1, 1.0f, 2000.0f), Record(1, 1, 1.05f, 1600.0f)});
-  const CuttingParameter base = DatabaseAccess::Body(db).parameters[0];
+  const CuttingParameter base = db.GetParameters()[0];
   EXPECT_EQ(db.AdjustForMaxSpeed(base, 1500.0f).cut_speed_mm_min, 1500.0f);
   EXPECT_EQ(db.AdjustForMaxSpeed(base, 1600.0f).cut_speed_mm_min, 1600.0f);
   EXPECT_EQ(db.AdjustForMaxSpeed(base, 1600.0f).thickness_mm, 1.05f);
 }
 
 TEST_F(Optimal, AdjustForMaxSpeedOnClosedDatabaseReturnsBase) {
-  const CuttingParameter p = DatabaseAccess::Body(db).parameters[0];
+  const CuttingParameter p = db.GetParameters()[0];
   db.Close();
   EXPECT_TRUE(SameBytes(db.AdjustForMaxSpeed(p, 10.0f), p));
 }

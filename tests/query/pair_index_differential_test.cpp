@@ -9,7 +9,6 @@
 #include <random>
 
 #include "literal_queries.h"
-#include "query/pair_index.h"
 #include "query/record_search.h"
 #include "query_fixture.h"
 
@@ -77,6 +76,11 @@ class RandomTables {
 
 bool SameFloat(float a, float b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
+// The position lists describe the table as it is, so the queries use them.
+bool PositionsCurrent(const Database& db) {
+  return DatabaseAccess::Body(db).current_pair_index() != nullptr;
+}
+
 bool SameOptional(const std::optional<CuttingParameter>& a,
                   const std::optional<CuttingParameter>& b) {
   return a.has_value() == b.has_value() && (!a || SameBytes(*a, *b));
@@ -94,11 +98,9 @@ bool SameList(const std::vector<CuttingParameter>& a, const std::vector<CuttingP
 // unreachable by name; "Q" is unknown.
 void MakeNames(Database& db) {
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  body.vendors = {"V1", "V2", "V3"};
-  body.machines = {"M1", "M2", "M1", "M4"};
-  body.materials = {"A", "B", "A", "D"};
-  Sparlane::BuildNameIndexes(body);
+  DatabaseAccess::SetNames(db, NameKind::kVendor, {"V1", "V2", "V3"});
+  DatabaseAccess::SetNames(db, NameKind::kMachine, {"M1", "M2", "M1", "M4"});
+  DatabaseAccess::SetNames(db, NameKind::kMaterial, {"A", "B", "A", "D"});
 }
 
 class Differential {
@@ -106,8 +108,8 @@ class Differential {
   Differential(Database& db, RandomTables& rnd) : db_(db), rnd_(rnd) {}
 
   void CompareAll() {
-    const DatabaseImpl& body = DatabaseAccess::Body(db_);
-    LiteralQueries literal(body);
+    LiteralQueries literal(db_);
+    const std::vector<CuttingParameter> table = db_.GetParameters();
     static const char* kMaterials[] = {"A", "B", "D", "Q"};
     static const char* kMachines[] = {"M1", "M2", "M4", "Q", ""};
     for (int q = 0; q < 40; ++q) {
@@ -133,15 +135,15 @@ class Differential {
       EXPECT_TRUE(SameFloat(gi.confidence, wi.confidence));
       EXPECT_EQ(gi.extrapolated, wi.extrapolated);
 
-      CuttingParameter base = body.parameters.empty() || rnd_.Int(0, 3) == 0
+      CuttingParameter base = table.empty() || rnd_.Int(0, 3) == 0
                                   ? rnd_.Row()
-                                  : body.parameters[static_cast<std::size_t>(
-                                        rnd_.Int(0, static_cast<int>(body.parameters.size()) - 1))];
+                                  : table[static_cast<std::size_t>(
+                                        rnd_.Int(0, static_cast<int>(table.size()) - 1))];
       const float max_speed = static_cast<float>(rnd_.Int(0, 7) * 500 - rnd_.Int(0, 1) * 250);
       EXPECT_TRUE(SameBytes(db_.AdjustForMaxSpeed(base, max_speed),
                             literal.AdjustForMaxSpeed(base, max_speed)));
     }
-    if (Sparlane::PairIndexCurrent(body)) ++indexed_states_;
+    if (PositionsCurrent(db_)) ++indexed_states_;
     ++states_;
   }
 
@@ -162,59 +164,50 @@ TEST(PairIndexDifferential, MatchesLiteralScansInEveryStoreState) {
   for (int round = 0; round < 300; ++round) {
     Database db;
     MakeNames(db);
-    DatabaseImpl& body = DatabaseAccess::Body(db);
+    std::vector<CuttingParameter>& table = DatabaseAccess::Records(db);
     Differential diff(db, rnd);
     const Order order = static_cast<Order>(round % 3);
 
     // Loaded: the table as a file holds it, indexes rebuilt.
-    body.parameters = rnd.Table(order);
-    Sparlane::RebuildRecordIndexes(body);
-    if (body.pair_index.pair_ordered) ++ordered_states;
+    DatabaseAccess::LoadRecords(db, rnd.Table(order));
+    if (DatabaseAccess::Body(db).current_pair_index()->pair_ordered) ++ordered_states;
     diff.CompareAll();
 
     // Appended without a rebuild, as AddParameter does.
     for (int i = rnd.Int(0, 8); i > 0; --i) {
-      CuttingParameter r = rnd.Int(0, 1) == 0 || body.parameters.empty()
-                               ? rnd.Row()
-                               : body.parameters.back();
+      CuttingParameter r = rnd.Int(0, 1) == 0 || table.empty() ? rnd.Row() : table.back();
       if (rnd.Int(0, 1) == 0) r.thickness_mm += 1.0f;  // extends the last pair
-      body.parameters.push_back(r);
-      Sparlane::PairIndexAppended(body);
+      DatabaseAccess::Append(db, r);
     }
     diff.CompareAll();
 
     // Deleted, then updated: both rebuild.
-    if (!body.parameters.empty()) {
-      body.parameters.erase(body.parameters.begin() +
-                            rnd.Int(0, static_cast<int>(body.parameters.size()) - 1));
-      Sparlane::RebuildRecordIndexes(body);
+    if (!table.empty()) {
+      table.erase(table.begin() + rnd.Int(0, static_cast<int>(table.size()) - 1));
+      DatabaseAccess::RebuildIndexes(db);
       diff.CompareAll();
     }
-    if (!body.parameters.empty()) {
-      body.parameters[static_cast<std::size_t>(
-          rnd.Int(0, static_cast<int>(body.parameters.size()) - 1))] = rnd.Row();
-      Sparlane::RebuildRecordIndexes(body);
+    if (!table.empty()) {
+      table[static_cast<std::size_t>(rnd.Int(0, static_cast<int>(table.size()) - 1))] =
+          rnd.Row();
+      DatabaseAccess::RebuildIndexes(db);
       diff.CompareAll();
     }
 
     // Changed behind the store's back: the lists must step aside.
-    body.parameters.push_back(rnd.Row());
-    body.parameters.push_back(rnd.Row());
+    table.push_back(rnd.Row());
+    table.push_back(rnd.Row());
     diff.CompareAll();
-    Sparlane::PairIndexAppended(body);  // out of step: stays unusable
-    body.parameters.push_back(rnd.Row());
-    Sparlane::PairIndexAppended(body);
-    EXPECT_FALSE(Sparlane::PairIndexCurrent(body));
+    DatabaseAccess::Append(db, rnd.Row());  // out of step: stays unusable
+    DatabaseAccess::Append(db, rnd.Row());
+    EXPECT_FALSE(PositionsCurrent(db));
     diff.CompareAll();
 
     // Create empties everything; appends start a fresh list.
     ASSERT_EQ(db.Create(), ErrorCode::Success);
     MakeNames(db);
-    for (int i = rnd.Int(0, 6); i > 0; --i) {
-      body.parameters.push_back(rnd.Row());
-      Sparlane::PairIndexAppended(body);
-    }
-    EXPECT_TRUE(Sparlane::PairIndexCurrent(body));
+    for (int i = rnd.Int(0, 6); i > 0; --i) DatabaseAccess::Append(db, rnd.Row());
+    EXPECT_TRUE(PositionsCurrent(db));
     diff.CompareAll();
     db.Close();
     diff.CompareAll();
@@ -231,27 +224,26 @@ TEST(PairIndexDifferential, PublicEditingKeepsListsCurrent) {
     Differential diff(db, rnd);
     for (int step = 0; step < 30; ++step) {
       const int action = rnd.Int(0, 5);
-      DatabaseImpl& body = DatabaseAccess::Body(db);
+      const std::size_t size = db.GetParameters().size();
       CuttingParameter r = Record(static_cast<std::uint16_t>(rnd.Int(1, 4)),
                                   static_cast<std::uint16_t>(rnd.Int(1, 4)),
                                   static_cast<float>(rnd.Int(1, 40)) / 4.0f,
                                   static_cast<float>(rnd.Int(1, 8) * 250));
-      if (action <= 2 || body.parameters.empty()) {
+      if (action <= 2 || size == 0) {
         ASSERT_EQ(db.AddParameter(r), ErrorCode::Success);
       } else if (action == 3) {
-        ASSERT_EQ(db.UpdateParameter(static_cast<std::uint32_t>(rnd.Int(
-                                         0, static_cast<int>(body.parameters.size()) - 1)),
-                                     r),
+        ASSERT_EQ(db.UpdateParameter(
+                      static_cast<std::uint32_t>(rnd.Int(0, static_cast<int>(size) - 1)), r),
                   ErrorCode::Success);
       } else {
-        ASSERT_EQ(db.DeleteParameter(static_cast<std::uint32_t>(
-                      rnd.Int(0, static_cast<int>(body.parameters.size()) - 1))),
+        ASSERT_EQ(db.DeleteParameter(
+                      static_cast<std::uint32_t>(rnd.Int(0, static_cast<int>(size) - 1))),
                   ErrorCode::Success);
       }
-      EXPECT_TRUE(Sparlane::PairIndexCurrent(body));
+      EXPECT_TRUE(PositionsCurrent(db));
     }
     // The catalogue's names are Mat1.. and M1..; compare through those too.
-    LiteralQueries literal(DatabaseAccess::Body(db));
+    LiteralQueries literal(db);
     for (const char* mat : {"Mat1", "Mat2", "Mat3", "Mat4"}) {
       EXPECT_TRUE(SameList(db.FindByMaterial(mat), literal.FindByMaterial(mat)));
       for (const char* mach : {"M1", "M2", "M3", "M4", ""}) {
@@ -276,16 +268,15 @@ TEST(PairIndexDifferential, PairSpanMatchesBisectionOnPairOrderedTables) {
   for (int round = 0; round < 500; ++round) {
     Database db;
     MakeNames(db);
-    DatabaseImpl& body = DatabaseAccess::Body(db);
-    body.parameters = rnd.Table(round % 2 == 0 ? Order::kPairOnly : Order::kSorted);
-    Sparlane::RebuildRecordIndexes(body);
-    ASSERT_TRUE(body.pair_index.pair_ordered);
-    LiteralQueries literal(body);
+    DatabaseAccess::LoadRecords(db, rnd.Table(round % 2 == 0 ? Order::kPairOnly : Order::kSorted));
+    const Sparlane::Store& store = DatabaseAccess::Body(db);
+    ASSERT_TRUE(store.current_pair_index()->pair_ordered);
+    LiteralQueries literal(db);
     for (std::uint16_t mat = 0; mat <= 6; ++mat) {
       for (std::uint16_t mach = 0; mach <= 6; ++mach) {
         const auto want = literal.PairSpan(mat, mach);
-        const auto fast = Sparlane::FindPairSpan(body, mat, mach);
-        const auto slow = Sparlane::BisectPairSpan(body.parameters, mat, mach);
+        const auto fast = Sparlane::FindPairSpan(store, mat, mach);
+        const auto slow = Sparlane::BisectPairSpan(store.records(), mat, mach);
         EXPECT_EQ(slow.first, want.first);
         EXPECT_EQ(slow.count, want.second - want.first);
         EXPECT_EQ(fast.count, slow.count);
@@ -308,13 +299,12 @@ TEST(PairIndexDifferential, LargeShuffledTableGroupsLikeTheScan) {
   RandomTables rnd(31);
   Database db;
   MakeNames(db);
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  body.parameters.resize(70000);
-  for (auto& r : body.parameters) r = rnd.Row();
-  Sparlane::RebuildRecordIndexes(body);
-  ASSERT_FALSE(body.pair_index.pair_ordered);
-  ASSERT_TRUE(Sparlane::PairIndexCurrent(body));
-  LiteralQueries literal(body);
+  std::vector<CuttingParameter> rows(70000);
+  for (auto& r : rows) r = rnd.Row();
+  DatabaseAccess::LoadRecords(db, rows);
+  ASSERT_TRUE(PositionsCurrent(db));
+  ASSERT_FALSE(DatabaseAccess::Body(db).current_pair_index()->pair_ordered);
+  LiteralQueries literal(db);
   for (const char* mat : {"A", "B", "D"}) {
     EXPECT_TRUE(SameList(db.FindByMaterial(mat), literal.FindByMaterial(mat)));
     for (const char* mach : {"M1", "M2", "M4", ""}) {
@@ -331,7 +321,7 @@ TEST(PairIndexDifferential, LargeShuffledTableGroupsLikeTheScan) {
     }
   }
   for (int i = 0; i < 50; ++i) {
-    const CuttingParameter& base = body.parameters[static_cast<std::size_t>(rnd.Int(0, 69999))];
+    const CuttingParameter& base = rows[static_cast<std::size_t>(rnd.Int(0, 69999))];
     EXPECT_TRUE(SameBytes(db.AdjustForMaxSpeed(base, base.cut_speed_mm_min - 250.0f),
                           literal.AdjustForMaxSpeed(base, base.cut_speed_mm_min - 250.0f)));
   }

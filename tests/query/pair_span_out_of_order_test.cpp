@@ -21,11 +21,9 @@ namespace {
 // Names for ids 1..6; material and machine id 6 have no name on purpose.
 void NameSixEach(Database& db) {
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  body.vendors = {"V1", "V2"};
-  body.machines = {"M1", "M2", "M3", "M4", "M5"};
-  body.materials = {"A", "B", "C", "D", "E"};
-  Sparlane::BuildNameIndexes(body);
+  DatabaseAccess::SetNames(db, NameKind::kVendor, {"V1", "V2"});
+  DatabaseAccess::SetNames(db, NameKind::kMachine, {"M1", "M2", "M3", "M4", "M5"});
+  DatabaseAccess::SetNames(db, NameKind::kMaterial, {"A", "B", "C", "D", "E"});
 }
 
 CuttingParameter RandomRow(std::mt19937& rng) {
@@ -43,18 +41,18 @@ CuttingParameter RandomRow(std::mt19937& rng) {
 // Span, FindExact and Interpolate against the literal transcription for
 // every name pair and a spread of thicknesses.
 void ExpectLiteralAnswers(const Database& db, std::mt19937& rng) {
-  const DatabaseImpl& body = DatabaseAccess::Body(db);
-  const LiteralQueries literal(body);
+  const Sparlane::Store& store = DatabaseAccess::Body(db);
+  const LiteralQueries literal(db);
   static const char* kMaterials[] = {"A", "B", "C", "D", "E"};
   static const char* kMachines[] = {"M1", "M2", "M3", "M4", "M5"};
   static const float kAsked[] = {0.0f, 0.7f, 1.0f, 2.5f, 6.0f, 8.0f, 11.0f, 40.0f};
   for (std::uint16_t mat = 0; mat <= 6; ++mat) {
     for (std::uint16_t mach = 0; mach <= 6; ++mach) {
       const auto want = literal.PairSpan(mat, mach);
-      const auto plain = Sparlane::BisectPairSpan(body.parameters, mat, mach);
+      const auto plain = Sparlane::BisectPairSpan(store.records(), mat, mach);
       ASSERT_EQ(plain.first, want.first) << "material " << mat << " machine " << mach;
       ASSERT_EQ(plain.first + plain.count, want.second) << "material " << mat << " machine " << mach;
-      const auto indexed = Sparlane::FindPairSpan(body, mat, mach);
+      const auto indexed = Sparlane::FindPairSpan(store, mat, mach);
       ASSERT_EQ(indexed.count, plain.count);
       if (plain.count != 0) {
         ASSERT_EQ(indexed.first, plain.first);
@@ -142,10 +140,9 @@ TEST(PairSpanOutOfOrder, LoadedFileExtrapolatesFromTheLastRecordOfThePairsRun) {
                                         256, 256, 0, 0, 0, 0, 18500, 0, 0, 0};
   Database source;
   ASSERT_EQ(source.Create(), ErrorCode::Success);
-  DatabaseImpl& body = DatabaseAccess::Body(source);
-  body.vendors = {"Vendor"};
-  body.machines = {"AIR-45A", "AIR-65A"};
-  body.materials = {"Mild steel"};
+  DatabaseAccess::SetNames(source, NameKind::kVendor, {"Vendor"});
+  DatabaseAccess::SetNames(source, NameKind::kMachine, {"AIR-45A", "AIR-65A"});
+  DatabaseAccess::SetNames(source, NameKind::kMaterial, {"Mild steel"});
   std::vector<CuttingParameter> table(20);  // all zero but the material ids
   for (std::size_t i = 0; i < 20; ++i) table[i].material_id = kMaterials[i];
   for (std::size_t i = 0; i < 7; ++i) {
@@ -154,7 +151,7 @@ TEST(PairSpanOutOfOrder, LoadedFileExtrapolatesFromTheLastRecordOfThePairsRun) {
   table[5].thickness_mm = 1.0f;
   table[6].thickness_mm = -2.8e-17f;
   table[6].cut_speed_mm_min = 3100.0f;
-  body.parameters = table;
+  DatabaseAccess::Records(source) = table;  // unchecked, as a hostile writer would
   char path[] = "/tmp/sparlane-pair-span-XXXXXX";
   const int fd = mkstemp(path);
   ASSERT_GE(fd, 0);
@@ -176,7 +173,7 @@ TEST(PairSpanOutOfOrder, LoadedFileExtrapolatesFromTheLastRecordOfThePairsRun) {
   EXPECT_TRUE(got.extrapolated);
   EXPECT_EQ(got.confidence, 0.3f);
 
-  const LiteralQueries literal(DatabaseAccess::Body(db));
+  const LiteralQueries literal(db);
   const auto wi = literal.Interpolate("Mild steel", 360.0f, "AIR-65A");
   EXPECT_TRUE(SameBytes(got.parameter, wi.parameter));
   for (float t : {0.5f, 1.0f, 3.0f, 360.0f}) {

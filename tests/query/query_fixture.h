@@ -1,5 +1,5 @@
 // Small databases for the query tests: a catalogue made through the public
-// API, and records placed either with AddParameter or straight into the body
+// API, and records placed either with AddParameter or through the test seam
 // (for states the editing checks refuse: NaN, -0.0, unsorted tables).
 #ifndef SPARLANE_TESTS_QUERY_QUERY_FIXTURE_H_
 #define SPARLANE_TESTS_QUERY_QUERY_FIXTURE_H_
@@ -12,16 +12,15 @@
 #include <vector>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
-#include "store/indexes.h"
 #include "../support/catalogue.h"
+#include "../support/store_seam.h"
 
 namespace query_test {
 
 using Sparlane::CuttingParameter;
 using Sparlane::Database;
 using Sparlane::DatabaseAccess;
-using Sparlane::DatabaseImpl;
+using Sparlane::NameKind;
 using Sparlane::ErrorCode;
 
 // Every field set and distinct, so a copy can be told from a computed one.
@@ -54,9 +53,7 @@ using test_support::MakeCatalogue;
 // Replaces the table with records and rebuilds the record indexes, as a load
 // does.
 inline void LoadRecords(Database& db, const std::vector<CuttingParameter>& records) {
-  DatabaseImpl& body = DatabaseAccess::Body(db);
-  body.parameters = records;
-  Sparlane::RebuildRecordIndexes(body);
+  DatabaseAccess::LoadRecords(db, records);
 }
 
 }  // namespace query_test

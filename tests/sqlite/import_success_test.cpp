@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "import_helpers.h"
-#include "store/database_impl.h"
+#include "../support/store_seam.h"
 
 using Sparlane::CuttingParameter;
 using Sparlane::Database;
@@ -64,7 +64,7 @@ TEST(SqliteImport, RecordsAreSortedByMaterialMachineThickness) {
   SqliteFile file;
   Database db;
   ImportStandard(file, db, UnsortedRows());
-  const auto& records = DatabaseAccess::Body(db).parameters;
+  const auto records = db.GetParameters();
   ASSERT_EQ(records.size(), 6u);
   const float expected_thickness[] = {2.0f, 5.0f, 10.0f, 3.0f, 1.0f, 6.0f};
   const int expected_material[] = {1, 1, 1, 1, 2, 2};
@@ -84,7 +84,7 @@ TEST(SqliteImport, EqualKeysKeepRowidOrder) {
                  ParameterRow(1, 1, 1, 4.0, 100, 45, 1) + ParameterRow(1, 1, 1, 4.0, 100, 45, 2) +
                      ParameterRow(1, 1, 1, 1.0, 100, 45, 3) +
                      ParameterRow(1, 1, 1, 4.0, 100, 45, 4));
-  const auto& records = DatabaseAccess::Body(db).parameters;
+  const auto records = db.GetParameters();
   ASSERT_EQ(records.size(), 4u);
   EXPECT_EQ(records[0].flags, 3u);
   EXPECT_EQ(records[1].flags, 1u);
@@ -98,7 +98,7 @@ TEST(SqliteImport, EveryFieldIsCarriedIntoTheRecord) {
   ImportStandard(file, db,
                  "INSERT INTO parameters VALUES (2, 1, 2, 6.35, 1234.5, 1.25, 3.5, 4.25, 118.5,"
                  " 0.75, 1.625, 65, 4097);");
-  const auto& records = DatabaseAccess::Body(db).parameters;
+  const auto records = db.GetParameters();
   ASSERT_EQ(records.size(), 1u);
   CuttingParameter expected{};
   expected.vendor_id = 2;
@@ -124,7 +124,7 @@ TEST(SqliteImport, HeaderIsFreshWithCounts) {
                           std::chrono::system_clock::now().time_since_epoch())
                           .count();
   ImportStandard(file, db, UnsortedRows());
-  const Sparlane::FileHeader& h = DatabaseAccess::Body(db).header;
+  const Sparlane::FileHeader h = db.GetFileHeader();
   EXPECT_EQ(h.magic, 0x4E4C5053u);
   EXPECT_EQ(h.version_major, 1);
   EXPECT_EQ(h.version_minor, 0);
@@ -145,17 +145,16 @@ TEST(SqliteImport, IndexesAreBuilt) {
   SqliteFile file;
   Database db;
   ImportStandard(file, db, UnsortedRows());
-  const auto& body = DatabaseAccess::Body(db);
-  EXPECT_EQ(body.material_ids.at("Aluminium"), 2);
-  EXPECT_EQ(body.machine_ids.at("M-65"), 2);
-  EXPECT_EQ(body.vendor_ids.at("Vendor A"), 1);
-  const auto& steel = body.material_ranges.at(1);
+  EXPECT_EQ(db.GetMaterialId("Aluminium"), 2);
+  EXPECT_EQ(db.GetMachineId("M-65"), 2);
+  EXPECT_EQ(db.GetVendorId("Vendor A"), 1);
+  const auto steel = DatabaseAccess::MaterialIndex(db).at(1);
   ASSERT_EQ(steel.size(), 1u);
   EXPECT_EQ(steel[0].first, 0u);
   EXPECT_EQ(steel[0].count, 4u);
   EXPECT_EQ(steel[0].min_thickness, 2.0f);
   EXPECT_EQ(steel[0].max_thickness, 10.0f);
-  EXPECT_EQ(body.machine_records.at(2).first, 3u);
+  EXPECT_EQ(DatabaseAccess::MachineIndex(db).at(2).first, 3u);
 }
 
 TEST(SqliteImport, QueriesAnswerFromTheImportedStore) {
@@ -191,8 +190,8 @@ TEST(SqliteImport, SaveAndLoadRoundTripKeepsEverything) {
   EXPECT_EQ(loaded.GetVendors(), db.GetVendors());
   EXPECT_EQ(loaded.GetMachines(), db.GetMachines());
   EXPECT_EQ(loaded.GetMaterials(), db.GetMaterials());
-  const auto& a = DatabaseAccess::Body(db).parameters;
-  const auto& b = DatabaseAccess::Body(loaded).parameters;
+  const auto a = db.GetParameters();
+  const auto b = loaded.GetParameters();
   ASSERT_EQ(a.size(), b.size());
   for (std::size_t i = 0; i < a.size(); ++i) EXPECT_TRUE(SameBytes(a[i], b[i])) << i;
   EXPECT_EQ(loaded.Validate(), ErrorCode::Success) << loaded.GetLastError();
@@ -203,8 +202,8 @@ TEST(SqliteImport, EmptyParameterTableLoadsAnEmptyStore) {
   Database db;
   ImportStandard(file, db, "");
   EXPECT_TRUE(db.IsLoaded());
-  EXPECT_TRUE(DatabaseAccess::Body(db).parameters.empty());
-  EXPECT_TRUE(DatabaseAccess::Body(db).material_ranges.empty());
+  EXPECT_TRUE(db.GetParameters().empty());
+  EXPECT_TRUE(DatabaseAccess::MaterialIndex(db).empty());
   EXPECT_EQ(db.GetMaterials().size(), 2u);
 }
 
@@ -242,7 +241,7 @@ TEST(SqliteImport, ReplacesAPreviouslyCreatedStore) {
   SqliteFile file;
   ImportStandard(file, db, UnsortedRows());
   EXPECT_EQ(db.GetMaterials(), (std::vector<std::string>{"Mild steel", "Aluminium"}));
-  EXPECT_EQ(DatabaseAccess::Body(db).material_ids.count("Old material"), 0u);
+  EXPECT_EQ(DatabaseAccess::NameIds(db, Sparlane::NameKind::kMaterial).count("Old material"), 0u);
 }
 
 TEST(SqliteImport, SuccessLeavesTheLastErrorAsItWas) {
@@ -366,7 +365,7 @@ TEST(SqliteImport, OrderMatchesAStableSortOfRandomRows) {
       if (a.machine != b.machine) return a.machine < b.machine;
       return a.thickness < b.thickness;
     });
-    const auto& records = DatabaseAccess::Body(db).parameters;
+    const auto records = db.GetParameters();
     ASSERT_EQ(records.size(), keys.size());
     for (std::size_t i = 0; i < keys.size(); ++i) ASSERT_EQ(records[i].flags, keys[i].tag) << i;
   }

@@ -42,9 +42,10 @@ TEST(Catalogue, NeverLoadedObjectListsNothing) {
 
 TEST(Catalogue, ListingsIgnoreTheLoadedFlag) {
   Database db;
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.vendors = {"kept"};  // data retained from an earlier load, never loaded now
+  // Data retained from an earlier load, never loaded now.
+  DatabaseAccess::SetNames(db, NameKind::kVendor, {"kept"});
   EXPECT_EQ(db.GetVendors(), (std::vector<std::string>{"kept"}));
+  EXPECT_EQ(db.GetVendorId("kept"), 1);
 }
 
 TEST(Catalogue, StatisticsAfterCreateAndEdits) {
@@ -69,9 +70,9 @@ TEST(Catalogue, StatisticsAfterCreateAndEdits) {
 TEST(Catalogue, CreatedDatabaseIgnoresHeaderSizeWords) {
   Database db;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.header.stats_compressed_size = 300;
-  d.header.stats_uncompressed_size = 600;
+  Sparlane::FileHeader& header = DatabaseAccess::Header(db);
+  header.stats_compressed_size = 300;
+  header.stats_uncompressed_size = 600;
   const DatabaseStats s = db.GetStatistics();
   EXPECT_EQ(s.file_size_bytes, 0u);
   EXPECT_EQ(s.uncompressed_size, 0u);
@@ -81,11 +82,11 @@ TEST(Catalogue, CreatedDatabaseIgnoresHeaderSizeWords) {
 TEST(Catalogue, CountsFollowTheTablesNotTheHeader) {
   Database db;
   MakeCatalogue(db, 2, 2);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.header.parameter_count = 77;
-  d.header.vendor_count = 77;
-  d.header.machine_count = 77;
-  d.header.material_count = 77;
+  Sparlane::FileHeader& header = DatabaseAccess::Header(db);
+  header.parameter_count = 77;
+  header.vendor_count = 77;
+  header.machine_count = 77;
+  header.material_count = 77;
   EXPECT_EQ(db.GetStatistics().parameter_count, 0u);
   ASSERT_EQ(db.AddParameter(ValidRecord()), ErrorCode::Success);
   const DatabaseStats s = db.GetStatistics();
@@ -93,15 +94,14 @@ TEST(Catalogue, CountsFollowTheTablesNotTheHeader) {
   EXPECT_EQ(s.vendor_count, 2u);
   EXPECT_EQ(s.machine_count, 2u);
   EXPECT_EQ(s.material_count, 2u);
-  EXPECT_EQ(d.header.parameter_count, 77u);
+  EXPECT_EQ(db.GetFileHeader().parameter_count, 77u);
 }
 
 TEST(Catalogue, ConsumableSetsAreCounted) {
   Database db;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.consumable_sets[1] = Sparlane::ConsumableSet{};
-  d.consumable_sets[400] = Sparlane::ConsumableSet{};
+  DatabaseAccess::PutConsumableSet(db, 1, Sparlane::ConsumableSet{});
+  DatabaseAccess::PutConsumableSet(db, 400, Sparlane::ConsumableSet{});
   EXPECT_EQ(db.GetStatistics().consumable_set_count, 2u);
 }
 
@@ -109,7 +109,7 @@ TEST(Catalogue, ClosedDatabaseHasZeroStatisticsButKeepsItsLists) {
   Database db;
   MakeCatalogue(db, 1, 2);
   ASSERT_EQ(db.AddParameter(ValidRecord()), ErrorCode::Success);
-  DatabaseAccess::Body(db).consumable_sets[3] = Sparlane::ConsumableSet{};
+  DatabaseAccess::PutConsumableSet(db, 3, Sparlane::ConsumableSet{});
   db.Close();
   EXPECT_TRUE(AllZero(db.GetStatistics()));
   EXPECT_EQ(db.GetMaterials(), (std::vector<std::string>{"Mat1", "Mat2"}));
@@ -127,10 +127,10 @@ class MappedStatistics : public ::testing::Test {
       out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     }
     ASSERT_EQ(db_.Create(), ErrorCode::Success);
-    DatabaseImpl& d = DatabaseAccess::Body(db_);
-    d.mapped_file = std::make_unique<MappedFile>();
-    ASSERT_EQ(d.mapped_file->Open(path_), ErrorCode::Success);
-    ASSERT_NE(d.mapped_file->view(), nullptr);
+    auto file = std::make_unique<MappedFile>();
+    ASSERT_EQ(file->Open(path_), ErrorCode::Success);
+    ASSERT_NE(file->view(), nullptr);
+    DatabaseAccess::AttachFile(db_, std::move(file));
   }
   void TearDown() override {
     db_.Close();
@@ -138,9 +138,9 @@ class MappedStatistics : public ::testing::Test {
   }
 
   DatabaseStats StatsWith(std::uint32_t word116, std::uint32_t word120) {
-    DatabaseImpl& d = DatabaseAccess::Body(db_);
-    d.header.stats_compressed_size = word116;
-    d.header.stats_uncompressed_size = word120;
+    Sparlane::FileHeader& header = DatabaseAccess::Header(db_);
+    header.stats_compressed_size = word116;
+    header.stats_uncompressed_size = word120;
     return db_.GetStatistics();
   }
 
@@ -186,7 +186,7 @@ TEST_F(MappedStatistics, RatioIsComputedInSinglePrecision) {
 TEST_F(MappedStatistics, ClosedFileIsReportedAsNoFile) {
   db_.Close();
   EXPECT_TRUE(AllZero(db_.GetStatistics()));
-  DatabaseAccess::Body(db_).loaded = true;  // loaded again, but the view is gone
+  DatabaseAccess::SetLoaded(db_, true);  // loaded again, but the view is gone
   const DatabaseStats s = StatsWith(300, 1200);
   EXPECT_EQ(s.file_size_bytes, 0u);
   EXPECT_EQ(s.uncompressed_size, 0u);

@@ -16,13 +16,13 @@ class Editing : public ::testing::Test {
 
   // Adds a record and expects the given failure.
   void ExpectRefused(const CuttingParameter& p, const std::string& message) {
-    const std::size_t before = Body().parameters.size();
+    const std::size_t before = Records().size();
     EXPECT_EQ(db_.AddParameter(p), ErrorCode::InvalidParameter);
     EXPECT_EQ(db_.GetLastError(), message);
-    EXPECT_EQ(Body().parameters.size(), before);
+    EXPECT_EQ(Records().size(), before);
   }
 
-  DatabaseImpl& Body() { return DatabaseAccess::Body(db_); }
+  std::vector<CuttingParameter> Records() const { return db_.GetParameters(); }
 
   Database db_;
 };
@@ -41,9 +41,9 @@ TEST_F(Editing, AddAppendsACopyAtTheEnd) {
   ASSERT_EQ(db_.AddParameter(a), ErrorCode::Success);
   ASSERT_EQ(db_.AddParameter(b), ErrorCode::Success);
   a.thickness_mm = 99.0f;  // the table holds its own copy
-  ASSERT_EQ(Body().parameters.size(), 2u);
-  EXPECT_EQ(Body().parameters[0].thickness_mm, 3.0f);
-  EXPECT_TRUE(SameBytes(Body().parameters[1], b));
+  ASSERT_EQ(Records().size(), 2u);
+  EXPECT_EQ(Records()[0].thickness_mm, 3.0f);
+  EXPECT_TRUE(SameBytes(Records()[1], b));
   EXPECT_EQ(db_.GetLastError(), "");
 }
 
@@ -54,32 +54,32 @@ TEST_F(Editing, OpaqueFieldsSurviveAddAndUpdateUnchanged) {
   for (int i = 0; i < 12; ++i) p.reserved_52[i] = static_cast<std::uint8_t>(0x50 + i);
   p.flags = 0xFFFFFF4Fu;  // unknown bits and none of the library's own
   ASSERT_EQ(db_.AddParameter(p), ErrorCode::Success);
-  EXPECT_TRUE(SameBytes(Body().parameters[0], p));
+  EXPECT_TRUE(SameBytes(Records()[0], p));
   p.flags = 0xF0u;
   p.aux_id = 1;
   ASSERT_EQ(db_.UpdateParameter(0, p), ErrorCode::Success);
-  EXPECT_TRUE(SameBytes(Body().parameters[0], p));
+  EXPECT_TRUE(SameBytes(Records()[0], p));
 }
 
 TEST_F(Editing, ExactDuplicateRecordsAreAccepted) {
   ASSERT_EQ(db_.AddParameter(ValidRecord()), ErrorCode::Success);
   ASSERT_EQ(db_.AddParameter(ValidRecord()), ErrorCode::Success);
-  ASSERT_EQ(Body().parameters.size(), 2u);
-  EXPECT_TRUE(SameBytes(Body().parameters[0], Body().parameters[1]));
+  ASSERT_EQ(Records().size(), 2u);
+  EXPECT_TRUE(SameBytes(Records()[0], Records()[1]));
 }
 
 TEST_F(Editing, AddLeavesHeaderCountAndRecordIndexesAlone) {
   ASSERT_EQ(db_.AddParameter(ValidRecord(2.0f)), ErrorCode::Success);
   ASSERT_EQ(db_.UpdateParameter(0, ValidRecord(2.0f)), ErrorCode::Success);
-  const MaterialIndexView materials = MaterialIndexOf(Body());
-  const MachineIndexView machines = MachineIndexOf(Body());
-  const std::uint32_t header_count = Body().header.parameter_count;
+  const MaterialIndexView materials = MaterialIndexOf(db_);
+  const MachineIndexView machines = MachineIndexOf(db_);
+  const std::uint32_t header_count = db_.GetFileHeader().parameter_count;
 
   ASSERT_EQ(db_.AddParameter(ValidRecord(1.0f)), ErrorCode::Success);
   ASSERT_EQ(db_.AddParameter(ValidRecord(4.0f, 1, 2, 2)), ErrorCode::Success);
-  EXPECT_EQ(Body().header.parameter_count, header_count);
-  EXPECT_EQ(MaterialIndexOf(Body()), materials);
-  EXPECT_EQ(MachineIndexOf(Body()), machines);
+  EXPECT_EQ(db_.GetFileHeader().parameter_count, header_count);
+  EXPECT_EQ(MaterialIndexOf(db_), materials);
+  EXPECT_EQ(MachineIndexOf(db_), machines);
   EXPECT_EQ(db_.GetStatistics().parameter_count, 3u);
 }
 
@@ -93,7 +93,7 @@ TEST_F(Editing, NegativeAndZeroSecondaryFieldsAreAccepted) {
   p.pierce_time_s = 0.0f;
   p.kerf_width_mm = -0.5f;
   EXPECT_EQ(db_.AddParameter(p), ErrorCode::Success);
-  EXPECT_EQ(Body().parameters.size(), 2u);
+  EXPECT_EQ(Records().size(), 2u);
 }
 
 TEST_F(Editing, EveryNonFiniteFloatFieldIsRefused) {
@@ -215,8 +215,8 @@ TEST_F(Editing, EditsNeedALoadedDatabase) {
   EXPECT_EQ(db_.UpdateParameter(0, ValidRecord(2.0f)), ErrorCode::NotLoaded);
   EXPECT_EQ(db_.DeleteParameter(0), ErrorCode::NotLoaded);
   EXPECT_EQ(db_.GetLastError(), "Database not loaded");
-  ASSERT_EQ(Body().parameters.size(), 1u);
-  EXPECT_TRUE(SameBytes(Body().parameters[0], ValidRecord()));
+  ASSERT_EQ(Records().size(), 1u);
+  EXPECT_TRUE(SameBytes(Records()[0], ValidRecord()));
 }
 
 TEST_F(Editing, AppendedRecordIsOutsideAnIndexedMachineUntilTheNextRebuild) {
@@ -240,7 +240,7 @@ TEST_F(Editing, AppendedRecordOfAnUnindexedMachineIsFoundByTheScan) {
   ASSERT_EQ(db_.AddParameter(ValidRecord(2.0f, 1, 1, 1)), ErrorCode::Success);
   ASSERT_EQ(db_.UpdateParameter(0, ValidRecord(2.0f, 1, 1, 1)), ErrorCode::Success);
   ASSERT_EQ(db_.AddParameter(ValidRecord(5.0f, 3, 3, 1)), ErrorCode::Success);
-  ASSERT_EQ(Body().machine_records.count(3), 0u);
+  ASSERT_EQ(MachineIndexOf(db_).count(3), 0u);
   const std::vector<CuttingParameter> found = db_.FindByMachine("", "M3");
   ASSERT_EQ(found.size(), 1u);
   EXPECT_EQ(found[0].thickness_mm, 5.0f);
@@ -253,8 +253,8 @@ TEST_F(Editing, UpdateOverwritesAllSixtyFourBytes) {
   p.aux_id = 7;
   p.reserved_52[11] = 0xEE;
   ASSERT_EQ(db_.UpdateParameter(1, p), ErrorCode::Success);
-  EXPECT_TRUE(SameBytes(Body().parameters[1], p));
-  EXPECT_EQ(Body().parameters[0].thickness_mm, 2.0f);
+  EXPECT_TRUE(SameBytes(Records()[1], p));
+  EXPECT_EQ(Records()[0].thickness_mm, 2.0f);
   EXPECT_EQ(db_.GetLastError(), "");
 }
 
@@ -286,7 +286,7 @@ TEST_F(Editing, UpdateWithInvalidRecordLeavesTheTable) {
   bad.material_id = 9;
   EXPECT_EQ(db_.UpdateParameter(0, bad), ErrorCode::InvalidParameter);
   EXPECT_EQ(db_.GetLastError(), "Invalid material ID");
-  EXPECT_TRUE(SameBytes(Body().parameters[0], ValidRecord(3.0f)));
+  EXPECT_TRUE(SameBytes(Records()[0], ValidRecord(3.0f)));
 }
 
 TEST_F(Editing, DeleteMovesLaterRecordsDownInOrder) {
@@ -294,9 +294,9 @@ TEST_F(Editing, DeleteMovesLaterRecordsDownInOrder) {
   ASSERT_EQ(db_.AddParameter(ValidRecord(2.0f)), ErrorCode::Success);
   ASSERT_EQ(db_.AddParameter(ValidRecord(3.0f)), ErrorCode::Success);
   ASSERT_EQ(db_.DeleteParameter(0), ErrorCode::Success);
-  ASSERT_EQ(Body().parameters.size(), 2u);
-  EXPECT_TRUE(SameBytes(Body().parameters[0], ValidRecord(2.0f)));
-  EXPECT_TRUE(SameBytes(Body().parameters[1], ValidRecord(3.0f)));
+  ASSERT_EQ(Records().size(), 2u);
+  EXPECT_TRUE(SameBytes(Records()[0], ValidRecord(2.0f)));
+  EXPECT_TRUE(SameBytes(Records()[1], ValidRecord(3.0f)));
   EXPECT_EQ(db_.GetLastError(), "");
 }
 
@@ -306,7 +306,7 @@ TEST_F(Editing, DeleteFromTheMiddleKeepsOrderWithoutSwapping) {
   }
   ASSERT_EQ(db_.DeleteParameter(1), ErrorCode::Success);
   std::vector<float> left;
-  for (const auto& p : Body().parameters) left.push_back(p.thickness_mm);
+  for (const auto& p : Records()) left.push_back(p.thickness_mm);
   EXPECT_EQ(left, (std::vector<float>{1.0f, 3.0f, 4.0f, 5.0f}));
 }
 
@@ -314,29 +314,29 @@ TEST_F(Editing, DeletePastTheEndIsOutOfRange) {
   for (int i = 0; i < 3; ++i) ASSERT_EQ(db_.AddParameter(ValidRecord()), ErrorCode::Success);
   EXPECT_EQ(db_.DeleteParameter(3), ErrorCode::InvalidParameter);
   EXPECT_EQ(db_.GetLastError(), "Parameter ID out of range: 3");
-  EXPECT_EQ(Body().parameters.size(), 3u);
+  EXPECT_EQ(Records().size(), 3u);
   EXPECT_EQ(db_.DeleteParameter(4294967295u), ErrorCode::InvalidParameter);
   EXPECT_EQ(db_.GetLastError(), "Parameter ID out of range: 4294967295");
 }
 
 TEST_F(Editing, DeleteSetsTheHeaderCountToTheNewSize) {
   for (int i = 0; i < 4; ++i) ASSERT_EQ(db_.AddParameter(ValidRecord()), ErrorCode::Success);
-  EXPECT_EQ(Body().header.parameter_count, 0u);  // appends do not count
+  EXPECT_EQ(db_.GetFileHeader().parameter_count, 0u);  // appends do not count
   ASSERT_EQ(db_.DeleteParameter(2), ErrorCode::Success);
-  EXPECT_EQ(Body().header.parameter_count, 3u);
+  EXPECT_EQ(db_.GetFileHeader().parameter_count, 3u);
   ASSERT_EQ(db_.DeleteParameter(0), ErrorCode::Success);
-  EXPECT_EQ(Body().header.parameter_count, 2u);
+  EXPECT_EQ(db_.GetFileHeader().parameter_count, 2u);
 }
 
 TEST_F(Editing, DeletingTheLastRecordEmptiesTheIndexes) {
   ASSERT_EQ(db_.AddParameter(ValidRecord()), ErrorCode::Success);
   ASSERT_EQ(db_.UpdateParameter(0, ValidRecord()), ErrorCode::Success);
-  ASSERT_FALSE(Body().material_ranges.empty());
+  ASSERT_FALSE(MaterialIndexOf(db_).empty());
   ASSERT_EQ(db_.DeleteParameter(0), ErrorCode::Success);
-  EXPECT_TRUE(Body().parameters.empty());
-  EXPECT_TRUE(Body().material_ranges.empty());
-  EXPECT_TRUE(Body().machine_records.empty());
-  EXPECT_EQ(Body().header.parameter_count, 0u);
+  EXPECT_TRUE(Records().empty());
+  EXPECT_TRUE(MaterialIndexOf(db_).empty());
+  EXPECT_TRUE(MachineIndexOf(db_).empty());
+  EXPECT_EQ(db_.GetFileHeader().parameter_count, 0u);
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ void Prepare(Database& db) {
   ASSERT_EQ(db.DeleteParameter(2), ErrorCode::Success);
   ASSERT_EQ(db.AddParameter(ValidRecord(3.0f, 2, 2, 2)), ErrorCode::Success);
   ASSERT_EQ(db.AddParameter(ValidRecord(0.5f, 2, 2, 1)), ErrorCode::Success);
-  DatabaseAccess::Body(db).header.stats_compressed_size = 1234;  // arbitrary header bytes
+  DatabaseAccess::Header(db).stats_compressed_size = 1234;  // arbitrary header bytes
 }
 
 TEST(FailedEdit, ChangesOnlyTheMessage) {
@@ -77,7 +77,7 @@ TEST(FailedEdit, ChangesOnlyTheMessage) {
     SCOPED_TRACE(edit.what);
     Database db;
     Prepare(db);
-    DatabaseAccess::Body(db).last_error = "earlier message";
+    DatabaseAccess::SetLastError(db, "earlier message");
     const StoreSnapshot before = StoreSnapshot::Of(db);
     EXPECT_EQ(edit.run(db), edit.code);
     EXPECT_EQ(db.GetLastError(), edit.message);
@@ -101,26 +101,35 @@ TEST(FailedEdit, NotLoadedChangesOnlyTheMessage) {
 TEST(FailedEdit, SnapshotNoticesEveryKindOfChange) {
   // Guards the guard: a snapshot that missed changes would make the tests
   // above pass vacuously.
-  const std::vector<std::function<void(DatabaseImpl&)>> changes = {
-      [](DatabaseImpl& d) { reinterpret_cast<std::uint8_t*>(&d.header)[1000] ^= 1; },
-      [](DatabaseImpl& d) { d.loaded = false; },
-      [](DatabaseImpl& d) { d.vendors.push_back("x"); },
-      [](DatabaseImpl& d) { d.machines[0] += "x"; },
-      [](DatabaseImpl& d) { d.materials.pop_back(); },
-      [](DatabaseImpl& d) { d.vendor_ids["x"] = 1; },
-      [](DatabaseImpl& d) { d.machine_ids["M1"] = 2; },
-      [](DatabaseImpl& d) { d.material_ids.erase("Mat1"); },
-      [](DatabaseImpl& d) { d.parameters[3].reserved_52[0] ^= 1; },
-      [](DatabaseImpl& d) { d.material_ranges[1][0].count++; },
-      [](DatabaseImpl& d) { d.machine_records[2].first++; },
-      [](DatabaseImpl& d) { d.consumable_sets[1] = Sparlane::ConsumableSet{}; },
+  using Access = Sparlane::DatabaseAccess;
+  const std::vector<std::function<void(Database&)>> changes = {
+      [](Database& db) { reinterpret_cast<std::uint8_t*>(&Access::Header(db))[1000] ^= 1; },
+      [](Database& db) { Access::SetLoaded(db, false); },
+      [](Database& db) { Access::NameList(db, NameKind::kVendor).push_back("x"); },
+      [](Database& db) { Access::NameList(db, NameKind::kMachine)[0] += "x"; },
+      [](Database& db) { Access::NameList(db, NameKind::kMaterial).pop_back(); },
+      [](Database& db) { Access::SetNameId(db, NameKind::kVendor, "x", 1); },
+      [](Database& db) { Access::SetNameId(db, NameKind::kMachine, "M1", 2); },
+      [](Database& db) { Access::EraseNameId(db, NameKind::kMaterial, "Mat1"); },
+      [](Database& db) { Access::Records(db)[3].reserved_52[0] ^= 1; },
+      [](Database& db) {
+        Sparlane::ThicknessBucket b = Access::Body(db).record_indexes().material_ranges.at(1)[0];
+        ++b.count;
+        Access::SetMaterialBuckets(db, 1, {b});
+      },
+      [](Database& db) {
+        const Sparlane::MachineSpan* s = Access::Body(db).record_indexes().MachineSpanOf(2);
+        const Sparlane::MachineSpan span = s != nullptr ? *s : Sparlane::MachineSpan{0, 0};
+        Access::SetMachineSpan(db, 2, {span.first + 1, span.count});
+      },
+      [](Database& db) { Access::PutConsumableSet(db, 1, Sparlane::ConsumableSet{}); },
   };
   for (std::size_t i = 0; i < changes.size(); ++i) {
     Database db;
     Prepare(db);
     const StoreSnapshot before = StoreSnapshot::Of(db);
     ASSERT_TRUE(StoreSnapshot::Of(db) == before);
-    changes[i](DatabaseAccess::Body(db));
+    changes[i](db);
     EXPECT_FALSE(StoreSnapshot::Of(db) == before) << "change " << i;
   }
 }

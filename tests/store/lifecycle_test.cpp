@@ -37,21 +37,24 @@ TEST(Lifecycle, NewDatabaseIsNotLoadedAndEmpty) {
   EXPECT_TRUE(db.GetMachines().empty());
   EXPECT_TRUE(db.GetMaterials().empty());
 
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
-  EXPECT_EQ(d.mapped_file, nullptr);
+  EXPECT_EQ(DatabaseAccess::File(db), nullptr);
   const Sparlane::FileHeader zero{};
-  EXPECT_EQ(std::memcmp(&d.header, &zero, sizeof zero), 0);
-  EXPECT_TRUE(d.parameters.empty());
-  EXPECT_TRUE(d.vendor_ids.empty() && d.machine_ids.empty() && d.material_ids.empty());
-  EXPECT_TRUE(d.material_ranges.empty() && d.machine_records.empty());
-  EXPECT_TRUE(d.consumable_sets.empty());
-  EXPECT_FALSE(d.query_logging);
-  EXPECT_EQ(d.metrics.query_count.load(), 0u);
-  EXPECT_EQ(d.metrics.found_count.load(), 0u);
-  EXPECT_EQ(d.metrics.not_found_count.load(), 0u);
-  EXPECT_EQ(d.metrics.total_time_us.load(), 0.0);
-  EXPECT_EQ(d.metrics.max_time_us.load(), 0.0);
-  EXPECT_EQ(d.metrics.min_time_us.load(), 1.0e9);
+  const Sparlane::FileHeader header = db.GetFileHeader();
+  EXPECT_EQ(std::memcmp(&header, &zero, sizeof zero), 0);
+  EXPECT_TRUE(db.GetParameters().empty());
+  EXPECT_TRUE(DatabaseAccess::NameIds(db, NameKind::kVendor).empty() &&
+              DatabaseAccess::NameIds(db, NameKind::kMachine).empty() &&
+              DatabaseAccess::NameIds(db, NameKind::kMaterial).empty());
+  EXPECT_TRUE(MaterialIndexOf(db).empty() && MachineIndexOf(db).empty());
+  EXPECT_EQ(DatabaseAccess::Body(db).consumable_set_count(), 0u);
+  EXPECT_FALSE(DatabaseAccess::QueryLogging(db));
+  const Sparlane::QueryMetrics& metrics = DatabaseAccess::Body(db).metrics();
+  EXPECT_EQ(metrics.query_count.load(), 0u);
+  EXPECT_EQ(metrics.found_count.load(), 0u);
+  EXPECT_EQ(metrics.not_found_count.load(), 0u);
+  EXPECT_EQ(metrics.total_time_us.load(), 0.0);
+  EXPECT_EQ(metrics.max_time_us.load(), 0.0);
+  EXPECT_EQ(metrics.min_time_us.load(), 1.0e9);
 }
 
 TEST(Lifecycle, IsLoadedFollowsCreateAndClose) {
@@ -67,25 +70,26 @@ TEST(Lifecycle, IsLoadedFollowsCreateAndClose) {
 
 TEST(Lifecycle, CreateWritesAFreshHeaderAndNothingElse) {
   Database db;
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  std::memset(&d.header, 0xAB, sizeof d.header);  // leftovers of an earlier load
+  Sparlane::FileHeader& stale = DatabaseAccess::Header(db);
+  std::memset(&stale, 0xAB, sizeof stale);  // leftovers of an earlier load
   const std::int64_t before = static_cast<std::int64_t>(std::time(nullptr));
   ASSERT_EQ(db.Create(), ErrorCode::Success);
   const std::int64_t after = static_cast<std::int64_t>(std::time(nullptr));
 
-  EXPECT_EQ(d.header.magic, 0x4E4C5053u);
-  EXPECT_EQ(std::memcmp(&d.header.magic, "SPLN", 4), 0);
-  EXPECT_EQ(d.header.version_major, 1);
-  EXPECT_EQ(d.header.version_minor, 0);
-  EXPECT_GE(d.header.created_time, before);
-  EXPECT_LE(d.header.created_time, after);
+  const Sparlane::FileHeader header = db.GetFileHeader();
+  EXPECT_EQ(header.magic, 0x4E4C5053u);
+  EXPECT_EQ(std::memcmp(&header.magic, "SPLN", 4), 0);
+  EXPECT_EQ(header.version_major, 1);
+  EXPECT_EQ(header.version_minor, 0);
+  EXPECT_GE(header.created_time, before);
+  EXPECT_LE(header.created_time, after);
 
   // Every byte after created_time is zero: counts and offsets wait for a save.
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(&d.header);
-  for (std::size_t i = 16; i < sizeof d.header; ++i) {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(&header);
+  for (std::size_t i = 16; i < sizeof header; ++i) {
     ASSERT_EQ(bytes[i], 0) << "header byte " << i;
   }
-  EXPECT_EQ(d.mapped_file, nullptr);
+  EXPECT_EQ(DatabaseAccess::File(db), nullptr);
 }
 
 TEST(Lifecycle, CreateClearsEverythingAnEarlierDatabaseHeld) {
@@ -93,41 +97,42 @@ TEST(Lifecycle, CreateClearsEverythingAnEarlierDatabaseHeld) {
   MakeCatalogue(db, 2, 2);
   ASSERT_EQ(db.AddParameter(ValidRecord()), ErrorCode::Success);
   ASSERT_EQ(db.UpdateParameter(0, ValidRecord(3.0f)), ErrorCode::Success);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.consumable_sets[7] = Sparlane::ConsumableSet{};
-  ASSERT_FALSE(d.material_ranges.empty());
+  DatabaseAccess::PutConsumableSet(db, 7, Sparlane::ConsumableSet{});
+  ASSERT_FALSE(MaterialIndexOf(db).empty());
 
   ASSERT_EQ(db.Create(), ErrorCode::Success);
   EXPECT_TRUE(db.GetVendors().empty());
   EXPECT_TRUE(db.GetMachines().empty());
   EXPECT_TRUE(db.GetMaterials().empty());
-  EXPECT_TRUE(d.parameters.empty());
-  EXPECT_TRUE(d.consumable_sets.empty());
-  EXPECT_TRUE(d.vendor_ids.empty() && d.machine_ids.empty() && d.material_ids.empty());
-  EXPECT_TRUE(d.material_ranges.empty());
-  EXPECT_TRUE(d.machine_records.empty());
+  EXPECT_TRUE(db.GetParameters().empty());
+  EXPECT_EQ(DatabaseAccess::Body(db).consumable_set_count(), 0u);
+  EXPECT_TRUE(DatabaseAccess::NameIds(db, NameKind::kVendor).empty() &&
+              DatabaseAccess::NameIds(db, NameKind::kMachine).empty() &&
+              DatabaseAccess::NameIds(db, NameKind::kMaterial).empty());
+  EXPECT_TRUE(MaterialIndexOf(db).empty());
+  EXPECT_TRUE(MachineIndexOf(db).empty());
   EXPECT_EQ(db.GetStatistics().parameter_count, 0u);
 }
 
 TEST(Lifecycle, CreateKeepsLastErrorCountersAndLogging) {
   Database db;
   EXPECT_EQ(db.AddMaterial("x"), ErrorCode::NotLoaded);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.query_logging = true;
-  d.metrics.query_count = 5;
-  d.metrics.min_time_us = 2.0;
+  db.SetQueryLogging(true);
+  Sparlane::QueryMetrics& metrics = DatabaseAccess::Metrics(db);
+  metrics.query_count = 5;
+  metrics.min_time_us = 2.0;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
   EXPECT_EQ(db.GetLastError(), "Database not loaded");
-  EXPECT_TRUE(d.query_logging);
-  EXPECT_EQ(d.metrics.query_count.load(), 5u);
-  EXPECT_EQ(d.metrics.min_time_us.load(), 2.0);
+  EXPECT_TRUE(DatabaseAccess::QueryLogging(db));
+  EXPECT_EQ(metrics.query_count.load(), 5u);
+  EXPECT_EQ(metrics.min_time_us.load(), 2.0);
 }
 
 TEST(Lifecycle, CloseOnNeverLoadedObjectIsHarmlessTwice) {
   Database db;
   db.Close();
   EXPECT_FALSE(db.IsLoaded());
-  EXPECT_EQ(DatabaseAccess::Body(db).mapped_file, nullptr);
+  EXPECT_EQ(DatabaseAccess::File(db), nullptr);
   db.Close();
   EXPECT_FALSE(db.IsLoaded());
   EXPECT_EQ(db.GetLastError(), "");
@@ -159,7 +164,7 @@ TEST(Lifecycle, ClosedDatabaseRefusesEditsWithNotLoaded) {
   EXPECT_EQ(db.GetLastError(), "Material name cannot be empty");
   EXPECT_EQ(db.AddParameter(ValidRecord()), ErrorCode::NotLoaded);
   EXPECT_EQ(db.GetLastError(), "Database not loaded");
-  EXPECT_TRUE(DatabaseAccess::Body(db).parameters.empty());
+  EXPECT_TRUE(db.GetParameters().empty());
 }
 
 TEST(Lifecycle, FailureMessageSurvivesLaterSuccess) {
@@ -186,12 +191,12 @@ TEST(Lifecycle, MoveConstructionTransfersTheBody) {
   MakeCatalogue(source, 1, 2);
   ASSERT_EQ(source.AddParameter(ValidRecord()), ErrorCode::Success);
   ASSERT_EQ(source.AddMaterial("Mat1"), ErrorCode::AlreadyExists);
-  const DatabaseImpl* body = &DatabaseAccess::Body(source);
+  const void* body = DatabaseAccess::BodyAddress(source);
 
   Database target(std::move(source));
   EXPECT_FALSE(DatabaseAccess::HasBody(source));  // NOLINT(bugprone-use-after-move)
   ASSERT_TRUE(DatabaseAccess::HasBody(target));
-  EXPECT_EQ(&DatabaseAccess::Body(target), body);
+  EXPECT_EQ(DatabaseAccess::BodyAddress(target), body);
   EXPECT_TRUE(target.IsLoaded());
   EXPECT_EQ(target.GetMaterials(), (std::vector<std::string>{"Mat1", "Mat2"}));
   EXPECT_EQ(target.GetStatistics().parameter_count, 1u);
@@ -203,11 +208,11 @@ TEST(Lifecycle, MoveAssignmentTransfersTheBodyAndDropsTheOldOne) {
   MakeCatalogue(source, 2, 1);
   Database target;
   MakeCatalogue(target, 1, 3);
-  const DatabaseImpl* body = &DatabaseAccess::Body(source);
+  const void* body = DatabaseAccess::BodyAddress(source);
 
   target = std::move(source);
   EXPECT_FALSE(DatabaseAccess::HasBody(source));  // NOLINT(bugprone-use-after-move)
-  EXPECT_EQ(&DatabaseAccess::Body(target), body);
+  EXPECT_EQ(DatabaseAccess::BodyAddress(target), body);
   EXPECT_EQ(target.GetMachines(), (std::vector<std::string>{"M1", "M2"}));
   EXPECT_EQ(target.GetMaterials(), (std::vector<std::string>{"Mat1"}));
 }

@@ -4,14 +4,12 @@
 
 #include <unistd.h>
 
-#include "store/indexes.h"
 #include "store_test_util.h"
 
 namespace sparlane_test {
 namespace {
 
 using Sparlane::CompressionType;
-using Sparlane::ResolveName;
 
 class LoadIndexes : public ::testing::Test {
  protected:
@@ -33,7 +31,7 @@ class LoadIndexes : public ::testing::Test {
       }
       ASSERT_EQ(source.AddParameter(p), ErrorCode::Success);
     }
-    table_ = DatabaseAccess::Body(source).parameters;
+    table_ = source.GetParameters();
     ASSERT_EQ(source.SaveToBinary(path_, CompressionType::None), ErrorCode::Success)
         << source.GetLastError();
   }
@@ -47,31 +45,30 @@ TEST_F(LoadIndexes, LoadRebuildsBothRecordIndexes) {
   Database db;
   ASSERT_EQ(db.LoadFromBinary(path_), ErrorCode::Success) << db.GetLastError();
   ASSERT_TRUE(db.IsLoaded());
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
-  ASSERT_EQ(d.parameters.size(), table_.size());
-  for (std::size_t i = 0; i < table_.size(); ++i) EXPECT_TRUE(SameBytes(d.parameters[i], table_[i]));
-  EXPECT_EQ(d.parameters[3].aux_id, 0xA55A);
+  const std::vector<CuttingParameter> records = db.GetParameters();
+  ASSERT_EQ(records.size(), table_.size());
+  for (std::size_t i = 0; i < table_.size(); ++i) EXPECT_TRUE(SameBytes(records[i], table_[i]));
+  EXPECT_EQ(records[3].aux_id, 0xA55A);
 
-  EXPECT_EQ(MaterialIndexOf(d), (MaterialIndexView{{1, {{1.0f, 10.0f, 5, 2}}},
+  EXPECT_EQ(MaterialIndexOf(db), (MaterialIndexView{{1, {{1.0f, 10.0f, 5, 2}}},
                                                    {2, {{2.0f, 8.0f, 1, 4}}},
                                                    {3, {{3.0f, 3.0f, 4, 1}}}}));
-  EXPECT_EQ(MachineIndexOf(d), (MachineIndexView{{1, {1, 3}}, {2, {4, 1}}, {3, {0, 3}}}));
+  EXPECT_EQ(MachineIndexOf(db), (MachineIndexView{{1, {1, 3}}, {2, {4, 1}}, {3, {0, 3}}}));
 }
 
 TEST_F(LoadIndexes, LoadReplacesStaleIndexesAndBuildsNameIndexes) {
   Database db;
   MakeCatalogue(db, 1, 1);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.material_ranges[40] = {{1.0f, 1.0f, 0, 1}};
-  d.machine_records[40] = {0, 1};
+  DatabaseAccess::SetMaterialBuckets(db, 40, {{1.0f, 1.0f, 0, 1}});
+  DatabaseAccess::SetMachineSpan(db, 40, {0, 1});
   ASSERT_EQ(db.LoadFromBinary(path_), ErrorCode::Success) << db.GetLastError();
-  EXPECT_EQ(d.material_ranges.count(40), 0u);
-  EXPECT_EQ(d.machine_records.count(40), 0u);
-  EXPECT_EQ(d.material_ranges.size(), 3u);
-  EXPECT_EQ(ResolveName(d.vendor_ids, "V3"), 3);
-  EXPECT_EQ(ResolveName(d.machine_ids, "M2"), 2);
-  EXPECT_EQ(ResolveName(d.material_ids, "Mat3"), 3);
-  EXPECT_EQ(d.material_ids.size(), 3u);
+  EXPECT_EQ(MaterialIndexOf(db).count(40), 0u);
+  EXPECT_EQ(MachineIndexOf(db).count(40), 0u);
+  EXPECT_EQ(MaterialIndexOf(db).size(), 3u);
+  EXPECT_EQ(db.GetVendorId("V3"), 3);
+  EXPECT_EQ(db.GetMachineId("M2"), 2);
+  EXPECT_EQ(db.GetMaterialId("Mat3"), 3);
+  EXPECT_EQ(DatabaseAccess::NameIds(db, NameKind::kMaterial).size(), 3u);
 }
 
 TEST_F(LoadIndexes, LoadedStatisticsReportTheMappedFile) {
@@ -96,16 +93,16 @@ TEST_F(LoadIndexes, LoadedStatisticsReportTheMappedFile) {
 TEST_F(LoadIndexes, CloseAfterLoadKeepsIndexesAndReleasesTheFile) {
   Database db;
   ASSERT_EQ(db.LoadFromBinary(path_), ErrorCode::Success) << db.GetLastError();
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
-  const MaterialIndexView materials = MaterialIndexOf(d);
-  const MachineIndexView machines = MachineIndexOf(d);
+  const MaterialIndexView materials = MaterialIndexOf(db);
+  const MachineIndexView machines = MachineIndexOf(db);
   db.Close();
   EXPECT_FALSE(db.IsLoaded());
-  ASSERT_NE(d.mapped_file, nullptr);  // the object stays, its mapping goes
-  EXPECT_EQ(d.mapped_file->view(), nullptr);
-  EXPECT_EQ(d.mapped_file->size(), 0u);
-  EXPECT_EQ(MaterialIndexOf(d), materials);
-  EXPECT_EQ(MachineIndexOf(d), machines);
+  const Sparlane::LoadedFile* file = DatabaseAccess::File(db);
+  ASSERT_NE(file, nullptr);  // the object stays, its mapping goes
+  EXPECT_EQ(file->view(), nullptr);
+  EXPECT_EQ(file->size(), 0u);
+  EXPECT_EQ(MaterialIndexOf(db), materials);
+  EXPECT_EQ(MachineIndexOf(db), machines);
   EXPECT_EQ(db.GetMaterials().size(), 3u);
 }
 
@@ -113,14 +110,14 @@ TEST_F(LoadIndexes, CreateAfterLoadEmptiesEverything) {
   Database db;
   ASSERT_EQ(db.LoadFromBinary(path_), ErrorCode::Success) << db.GetLastError();
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
   EXPECT_TRUE(db.GetVendors().empty());
   EXPECT_TRUE(db.GetMachines().empty());
   EXPECT_TRUE(db.GetMaterials().empty());
-  EXPECT_TRUE(d.parameters.empty());
-  EXPECT_TRUE(d.material_ranges.empty());
-  EXPECT_TRUE(d.machine_records.empty());
-  EXPECT_TRUE(d.vendor_ids.empty());
+  EXPECT_TRUE(db.GetParameters().empty());
+  EXPECT_TRUE(MaterialIndexOf(db).empty());
+  EXPECT_TRUE(MachineIndexOf(db).empty());
+  EXPECT_TRUE(DatabaseAccess::NameIds(db, NameKind::kVendor).empty());
+  EXPECT_EQ(db.GetVendorId("V1"), 0);
   EXPECT_EQ(db.GetStatistics().file_size_bytes, 0u);
 }
 

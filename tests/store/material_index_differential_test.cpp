@@ -13,7 +13,6 @@
 #include <limits>
 #include <random>
 
-#include "store/indexes.h"
 #include "store_test_util.h"
 
 namespace sparlane_test {
@@ -40,10 +39,8 @@ MaterialIndexView LiteralMaterialIndex(const std::vector<CuttingParameter>& tabl
 
 MaterialIndexView FastMaterialIndex(const std::vector<CuttingParameter>& table) {
   Database db;
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.parameters = table;
-  Sparlane::RebuildMaterialIndex(d);
-  return MaterialIndexOf(d);
+  DatabaseAccess::LoadRecords(db, table);
+  return MaterialIndexOf(db);
 }
 
 // A random table: ids from a small range (with the extremes 0 and 65535 now

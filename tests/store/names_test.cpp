@@ -1,59 +1,55 @@
 // Name tables: AddMachine, AddMaterial, ids and the name indexes.
-#include "store/indexes.h"
 #include "store_test_util.h"
 
 namespace sparlane_test {
 namespace {
 
-using Sparlane::ResolveName;
 
 TEST(Names, NthNameHasIdNAndKeepsItAsTablesGrow) {
   Database db;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
   for (int i = 1; i <= 1500; ++i) {
     ASSERT_EQ(db.AddMaterial("material " + std::to_string(i)), ErrorCode::Success);
     ASSERT_EQ(db.AddMachine("vendor " + std::to_string(i % 7), "model " + std::to_string(i), "x"),
               ErrorCode::Success);
     // The earliest names keep their ids however many follow.
-    ASSERT_EQ(ResolveName(d.material_ids, "material 1"), 1);
-    ASSERT_EQ(ResolveName(d.machine_ids, "model 1"), 1);
+    ASSERT_EQ(db.GetMaterialId("material 1"), 1);
+    ASSERT_EQ(db.GetMachineId("model 1"), 1);
   }
   const std::vector<std::string> materials = db.GetMaterials();
   ASSERT_EQ(materials.size(), 1500u);
   for (int i = 1; i <= 1500; ++i) {
     EXPECT_EQ(materials[i - 1], "material " + std::to_string(i));
-    EXPECT_EQ(ResolveName(d.material_ids, "material " + std::to_string(i)), i);
-    EXPECT_EQ(ResolveName(d.machine_ids, "model " + std::to_string(i)), i);
+    EXPECT_EQ(db.GetMaterialId("material " + std::to_string(i)), i);
+    EXPECT_EQ(db.GetMachineId("model " + std::to_string(i)), i);
   }
   // Vendors appear in order of first use: vendor 1, 2, ..., 6, 0.
   const std::vector<std::string> vendors = db.GetVendors();
   ASSERT_EQ(vendors.size(), 7u);
   for (int i = 1; i <= 7; ++i) {
     EXPECT_EQ(vendors[i - 1], "vendor " + std::to_string(i % 7));
-    EXPECT_EQ(ResolveName(d.vendor_ids, "vendor " + std::to_string(i % 7)), i);
+    EXPECT_EQ(db.GetVendorId("vendor " + std::to_string(i % 7)), i);
   }
-  EXPECT_EQ(d.material_ids.size(), 1500u);
-  EXPECT_EQ(d.machine_ids.size(), 1500u);
+  EXPECT_EQ(DatabaseAccess::NameIds(db, NameKind::kMaterial).size(), 1500u);
+  EXPECT_EQ(DatabaseAccess::NameIds(db, NameKind::kMachine).size(), 1500u);
 }
 
 TEST(Names, MachinesShareAVendorAndModelsAreUniqueAcrossVendors) {
   Database db;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
 
   ASSERT_EQ(db.AddMachine("V", "M1", ""), ErrorCode::Success);
-  EXPECT_EQ(ResolveName(d.vendor_ids, "V"), 1);
-  EXPECT_EQ(ResolveName(d.machine_ids, "M1"), 1);
+  EXPECT_EQ(db.GetVendorId("V"), 1);
+  EXPECT_EQ(db.GetMachineId("M1"), 1);
 
   ASSERT_EQ(db.AddMachine("V", "M2", ""), ErrorCode::Success);
   EXPECT_EQ(db.GetVendors(), (std::vector<std::string>{"V"}));
-  EXPECT_EQ(ResolveName(d.machine_ids, "M2"), 2);
+  EXPECT_EQ(db.GetMachineId("M2"), 2);
 
   EXPECT_EQ(db.AddMachine("W", "M1", ""), ErrorCode::AlreadyExists);
   EXPECT_EQ(db.GetLastError(), "Machine model already exists: M1");
   EXPECT_EQ(db.GetVendors(), (std::vector<std::string>{"V"}));
-  EXPECT_EQ(ResolveName(d.vendor_ids, "W"), 0);
+  EXPECT_EQ(db.GetVendorId("W"), 0);
   EXPECT_EQ(db.GetMachines(), (std::vector<std::string>{"M1", "M2"}));
 }
 
@@ -70,30 +66,28 @@ TEST(Names, ThirdMachineArgumentIsNeitherCheckedNorStored) {
 TEST(Names, VendorMappedToIdZeroIsAddedAgain) {
   Database db;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.vendor_ids["V"] = 0;  // a broken entry counts as unknown
+  DatabaseAccess::SetNameId(db, NameKind::kVendor, "V", 0);  // a broken entry counts as unknown
   ASSERT_EQ(db.AddMachine("V", "M1", ""), ErrorCode::Success);
   EXPECT_EQ(db.GetVendors(), (std::vector<std::string>{"V"}));
-  EXPECT_EQ(ResolveName(d.vendor_ids, "V"), 1);
+  EXPECT_EQ(db.GetVendorId("V"), 1);
 }
 
 TEST(Names, NamesDifferingOnlyInCaseAreDistinct) {
   Database db;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
   ASSERT_EQ(db.AddMaterial("Steel"), ErrorCode::Success);
   ASSERT_EQ(db.AddMaterial("steel"), ErrorCode::Success);
   ASSERT_EQ(db.AddMaterial("STEEL"), ErrorCode::Success);
-  EXPECT_EQ(ResolveName(d.material_ids, "Steel"), 1);
-  EXPECT_EQ(ResolveName(d.material_ids, "steel"), 2);
-  EXPECT_EQ(ResolveName(d.material_ids, "STEEL"), 3);
+  EXPECT_EQ(db.GetMaterialId("Steel"), 1);
+  EXPECT_EQ(db.GetMaterialId("steel"), 2);
+  EXPECT_EQ(db.GetMaterialId("STEEL"), 3);
 
   ASSERT_EQ(db.AddMachine("Acme", "Cutter", ""), ErrorCode::Success);
   ASSERT_EQ(db.AddMachine("ACME", "cutter", ""), ErrorCode::Success);
   EXPECT_EQ(db.GetVendors(), (std::vector<std::string>{"Acme", "ACME"}));
   EXPECT_EQ(db.GetMachines(), (std::vector<std::string>{"Cutter", "cutter"}));
-  EXPECT_EQ(ResolveName(d.vendor_ids, "ACME"), 2);
-  EXPECT_EQ(ResolveName(d.machine_ids, "cutter"), 2);
+  EXPECT_EQ(db.GetVendorId("ACME"), 2);
+  EXPECT_EQ(db.GetMachineId("cutter"), 2);
 }
 
 TEST(Names, NamesAreExactBytesWithoutTrimmingOrNormalising) {
@@ -212,32 +206,30 @@ TEST(Names, NameEditsLeaveHeaderCountsAndRecordIndexesAlone) {
   MakeCatalogue(db, 1, 1);
   ASSERT_EQ(db.AddParameter(ValidRecord()), ErrorCode::Success);
   ASSERT_EQ(db.UpdateParameter(0, ValidRecord()), ErrorCode::Success);
-  const DatabaseImpl& d = DatabaseAccess::Body(db);
-  const MaterialIndexView materials = MaterialIndexOf(d);
-  const MachineIndexView machines = MachineIndexOf(d);
+  const MaterialIndexView materials = MaterialIndexOf(db);
+  const MachineIndexView machines = MachineIndexOf(db);
   ASSERT_EQ(db.AddMachine("V9", "M9", ""), ErrorCode::Success);
   ASSERT_EQ(db.AddMaterial("Mat9"), ErrorCode::Success);
-  EXPECT_EQ(d.header.vendor_count, 0u);
-  EXPECT_EQ(d.header.machine_count, 0u);
-  EXPECT_EQ(d.header.material_count, 0u);
-  EXPECT_EQ(MaterialIndexOf(d), materials);
-  EXPECT_EQ(MachineIndexOf(d), machines);
+  EXPECT_EQ(db.GetFileHeader().vendor_count, 0u);
+  EXPECT_EQ(db.GetFileHeader().machine_count, 0u);
+  EXPECT_EQ(db.GetFileHeader().material_count, 0u);
+  EXPECT_EQ(MaterialIndexOf(db), materials);
+  EXPECT_EQ(MachineIndexOf(db), machines);
 }
 
 TEST(Names, RepeatedNameInAListMapsToItsLastPosition) {
   Database db;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.vendors = {"A", "B", "A"};
-  d.machines = {"X", "X", "Y", "X"};
-  d.materials = {"S", "T", "S"};
-  Sparlane::BuildNameIndexes(d);
-  EXPECT_EQ(ResolveName(d.vendor_ids, "A"), 3);
-  EXPECT_EQ(ResolveName(d.vendor_ids, "B"), 2);
-  EXPECT_EQ(ResolveName(d.machine_ids, "X"), 4);
-  EXPECT_EQ(ResolveName(d.machine_ids, "Y"), 3);
-  EXPECT_EQ(ResolveName(d.material_ids, "S"), 3);
-  EXPECT_EQ(d.vendor_ids.size(), 2u);
+  // Lists as a file may bring them; the maps are built as a load builds them.
+  DatabaseAccess::SetNames(db, NameKind::kVendor, {"A", "B", "A"});
+  DatabaseAccess::SetNames(db, NameKind::kMachine, {"X", "X", "Y", "X"});
+  DatabaseAccess::SetNames(db, NameKind::kMaterial, {"S", "T", "S"});
+  EXPECT_EQ(db.GetVendorId("A"), 3);
+  EXPECT_EQ(db.GetVendorId("B"), 2);
+  EXPECT_EQ(db.GetMachineId("X"), 4);
+  EXPECT_EQ(db.GetMachineId("Y"), 3);
+  EXPECT_EQ(db.GetMaterialId("S"), 3);
+  EXPECT_EQ(DatabaseAccess::NameIds(db, NameKind::kVendor).size(), 2u);
   // The lists keep every entry; listings show duplicates as often as they occur.
   EXPECT_EQ(db.GetVendors(), (std::vector<std::string>{"A", "B", "A"}));
   EXPECT_EQ(db.GetMachines(), (std::vector<std::string>{"X", "X", "Y", "X"}));
@@ -248,21 +240,21 @@ TEST(Names, RepeatedNameInAListMapsToItsLastPosition) {
 TEST(Names, BuildingTheIndexesReplacesStaleEntries) {
   Database db;
   ASSERT_EQ(db.Create(), ErrorCode::Success);
-  DatabaseImpl& d = DatabaseAccess::Body(db);
-  d.material_ids["gone"] = 9;
-  d.materials = {"kept"};
-  Sparlane::BuildNameIndexes(d);
-  EXPECT_EQ(ResolveName(d.material_ids, "gone"), 0);
-  EXPECT_EQ(ResolveName(d.material_ids, "kept"), 1);
-  EXPECT_EQ(d.material_ids.size(), 1u);
+  DatabaseAccess::SetNameId(db, NameKind::kMaterial, "gone", 9);
+  DatabaseAccess::SetNames(db, NameKind::kMaterial, {"kept"});
+  EXPECT_EQ(db.GetMaterialId("gone"), 0);
+  EXPECT_EQ(db.GetMaterialId("kept"), 1);
+  EXPECT_EQ(DatabaseAccess::NameIds(db, NameKind::kMaterial).size(), 1u);
 }
 
 TEST(Names, UnknownNameResolvesToZero) {
-  Sparlane::NameIndex index{{"a", 1}, {"zero", 0}};
-  EXPECT_EQ(ResolveName(index, "a"), 1);
-  EXPECT_EQ(ResolveName(index, "b"), 0);
-  EXPECT_EQ(ResolveName(index, "zero"), 0);
-  EXPECT_EQ(ResolveName(index, ""), 0);
+  Database db;
+  DatabaseAccess::SetNameId(db, NameKind::kMachine, "a", 1);
+  DatabaseAccess::SetNameId(db, NameKind::kMachine, "zero", 0);
+  EXPECT_EQ(db.GetMachineId("a"), 1);
+  EXPECT_EQ(db.GetMachineId("b"), 0);
+  EXPECT_EQ(db.GetMachineId("zero"), 0);
+  EXPECT_EQ(db.GetMachineId(""), 0);
 }
 
 }  // namespace

@@ -15,15 +15,14 @@
 #include <vector>
 
 #include "sparlane/sparlane.h"
-#include "store/database_impl.h"
 #include "../support/catalogue.h"
+#include "../support/store_seam.h"
 
 namespace sparlane_test {
 
 using Sparlane::CuttingParameter;
 using Sparlane::Database;
 using Sparlane::DatabaseAccess;
-using Sparlane::DatabaseImpl;
 using Sparlane::ErrorCode;
 
 // A record that passes the record check on a catalogue with at least one
@@ -50,51 +49,16 @@ using test_support::SameBytes;
 
 using test_support::MakeCatalogue;
 
-// The record indexes as ordered maps, so whole indexes compare with ==.
-struct BucketView {
-  float min_thickness;
-  float max_thickness;
-  std::uint64_t first;
-  std::uint64_t count;
-};
+using Sparlane::BucketView;
+using Sparlane::MachineIndexView;
+using Sparlane::MaterialIndexView;
+using Sparlane::NameKind;
 
-inline bool operator==(const BucketView& a, const BucketView& b) {
-  // Compare float bits so NaN and -0.0 are told apart exactly.
-  return std::memcmp(&a.min_thickness, &b.min_thickness, sizeof(float)) == 0 &&
-         std::memcmp(&a.max_thickness, &b.max_thickness, sizeof(float)) == 0 &&
-         a.first == b.first && a.count == b.count;
+inline MaterialIndexView MaterialIndexOf(const Database& db) {
+  return DatabaseAccess::MaterialIndex(db);
 }
-
-inline std::ostream& operator<<(std::ostream& os, const BucketView& b) {
-  return os << "{min " << b.min_thickness << ", max " << b.max_thickness << ", first " << b.first
-            << ", count " << b.count << "}";
-}
-
-using MaterialIndexView = std::map<std::uint16_t, std::vector<BucketView>>;
-using MachineIndexView = std::map<std::uint16_t, std::pair<std::uint64_t, std::uint64_t>>;
-
-inline MaterialIndexView MaterialIndexOf(const DatabaseImpl& d) {
-  MaterialIndexView view;
-  for (const auto& entry : d.material_ranges) {
-    std::vector<BucketView>& out = view[entry.first];
-    for (const auto& b : entry.second) {
-      out.push_back({b.min_thickness, b.max_thickness, b.first, b.count});
-    }
-  }
-  return view;
-}
-
-inline MachineIndexView MachineIndexOf(const DatabaseImpl& d) {
-  MachineIndexView view;
-  for (const auto& entry : d.machine_records) {
-    view[entry.first] = {entry.second.first, entry.second.count};
-  }
-  return view;
-}
-
-template <typename Index>
-std::map<std::string, std::uint16_t> Sorted(const Index& index) {
-  return std::map<std::string, std::uint16_t>(index.begin(), index.end());
+inline MachineIndexView MachineIndexOf(const Database& db) {
+  return DatabaseAccess::MachineIndex(db);
 }
 
 // Everything of the body that a failed operation must leave untouched.
@@ -109,22 +73,23 @@ struct StoreSnapshot {
   std::size_t consumable_sets = 0;
 
   static StoreSnapshot Of(const Database& db) {
-    const DatabaseImpl& d = DatabaseAccess::Body(db);
     StoreSnapshot s;
-    const auto* h = reinterpret_cast<const std::uint8_t*>(&d.header);
-    s.header_bytes.assign(h, h + sizeof d.header);
-    s.loaded = d.loaded;
-    s.vendors = d.vendors;
-    s.machines = d.machines;
-    s.materials = d.materials;
-    s.vendor_ids = Sorted(d.vendor_ids);
-    s.machine_ids = Sorted(d.machine_ids);
-    s.material_ids = Sorted(d.material_ids);
-    const auto* p = reinterpret_cast<const std::uint8_t*>(d.parameters.data());
-    s.parameter_bytes.assign(p, p + d.parameters.size() * sizeof(CuttingParameter));
-    s.material_index = MaterialIndexOf(d);
-    s.machine_index = MachineIndexOf(d);
-    s.consumable_sets = d.consumable_sets.size();
+    const Sparlane::FileHeader header = db.GetFileHeader();
+    const auto* h = reinterpret_cast<const std::uint8_t*>(&header);
+    s.header_bytes.assign(h, h + sizeof header);
+    s.loaded = db.IsLoaded();
+    s.vendors = db.GetVendors();
+    s.machines = db.GetMachines();
+    s.materials = db.GetMaterials();
+    s.vendor_ids = DatabaseAccess::NameIds(db, NameKind::kVendor);
+    s.machine_ids = DatabaseAccess::NameIds(db, NameKind::kMachine);
+    s.material_ids = DatabaseAccess::NameIds(db, NameKind::kMaterial);
+    const std::vector<CuttingParameter> records = db.GetParameters();
+    const auto* p = reinterpret_cast<const std::uint8_t*>(records.data());
+    s.parameter_bytes.assign(p, p + records.size() * sizeof(CuttingParameter));
+    s.material_index = MaterialIndexOf(db);
+    s.machine_index = MachineIndexOf(db);
+    s.consumable_sets = DatabaseAccess::Body(db).consumable_set_count();
     return s;
   }
 

@@ -6,18 +6,17 @@
 // the record indexes rebuilds them, every append extends them, Create clears
 // them.  A table changed any other way (size differs from what was indexed)
 // makes the queries fall back to scanning.
-#ifndef SPARLANE_QUERY_PAIR_INDEX_H_
-#define SPARLANE_QUERY_PAIR_INDEX_H_
+#ifndef SPARLANE_STORE_PAIR_INDEX_H_
+#define SPARLANE_STORE_PAIR_INDEX_H_
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "query/flat_id_map.h"
+#include "sparlane/records.h"
+#include "store/flat_id_map.h"
 
 namespace Sparlane {
-
-struct DatabaseImpl;
 
 // The fields the searches compare, 12 bytes per record instead of 64, so a
 // bisection or scan touches fewer cache lines.  Same names as the record's
@@ -62,13 +61,14 @@ inline std::uint32_t PairKey(std::uint16_t material_id, std::uint16_t machine_id
 }
 
 // Store hooks.  Rebuild after the record indexes are rebuilt; Appended right
-// after a record is pushed onto the table; Clear when the table is emptied.
-void RebuildPairIndex(DatabaseImpl& impl);
-void PairIndexAppended(DatabaseImpl& impl);
-void ClearPairIndex(DatabaseImpl& impl);
+// after a record is pushed onto the table.
+void RebuildPairIndex(const std::vector<CuttingParameter>& records, PairIndex& index);
+void PairIndexAppended(const std::vector<CuttingParameter>& records, PairIndex& index);
 
-// True when the lists describe the table as it is now.
-bool PairIndexCurrent(const DatabaseImpl& impl);
+// True when the lists describe a table of this many records as it is now.
+inline bool PairIndexCovers(const PairIndex& index, std::size_t table_size) {
+  return index.usable && index.covered == table_size;
+}
 
 // Groups, or null when no record has the id(s).  Only meaningful while
 // PairIndexCurrent holds.
@@ -91,4 +91,4 @@ void ForEachPosition(const PositionGroups& kind, const PositionGroup& group, Vis
 
 }  // namespace Sparlane
 
-#endif  // SPARLANE_QUERY_PAIR_INDEX_H_
+#endif  // SPARLANE_STORE_PAIR_INDEX_H_

@@ -1,11 +1,12 @@
-// Lock-free counters of the timed queries.
-#ifndef SPARLANE_QUERY_QUERY_METRICS_H_
-#define SPARLANE_QUERY_QUERY_METRICS_H_
+// Lock-free counters of the timed queries.  The store owns them; the
+// queries count themselves through query/timed_query.h.
+#ifndef SPARLANE_STORE_QUERY_METRICS_H_
+#define SPARLANE_STORE_QUERY_METRICS_H_
 
 #include <atomic>
 #include <cstdint>
 
-#include "sparlane/sparlane.h"
+#include "sparlane/results.h"
 
 namespace Sparlane {
 
@@ -29,4 +30,4 @@ struct QueryMetrics {
 
 }  // namespace Sparlane
 
-#endif  // SPARLANE_QUERY_QUERY_METRICS_H_
+#endif  // SPARLANE_STORE_QUERY_METRICS_H_

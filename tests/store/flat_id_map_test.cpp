@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "query/flat_id_map.h"
+#include "store/flat_id_map.h"
 
 namespace {
 

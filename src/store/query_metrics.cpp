@@ -1,4 +1,4 @@
-#include "query/query_metrics.h"
+#include "store/query_metrics.h"
 
 namespace Sparlane {
 

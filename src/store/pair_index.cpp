@@ -1,9 +1,7 @@
-#include "query/pair_index.h"
+#include "store/pair_index.h"
 
 #include <algorithm>
 #include <limits>
-
-#include "store/database_impl.h"
 
 namespace Sparlane {
 
@@ -112,14 +110,10 @@ const PositionGroup* Find(const PositionGroups& kind, std::uint32_t id) {
 
 }  // namespace
 
-void ClearPairIndex(DatabaseImpl& impl) { impl.pair_index = PairIndex(); }
-
-void RebuildPairIndex(DatabaseImpl& impl) {
-  PairIndex& index = impl.pair_index;
+void RebuildPairIndex(const std::vector<CuttingParameter>& records, PairIndex& index) {
   std::vector<RecordKey> keys = std::move(index.keys);  // reuse its memory
   keys.clear();
   index = PairIndex();
-  const std::vector<CuttingParameter>& records = impl.parameters;
   // Positions are held in 32 bits; a larger table is simply scanned.
   if (records.size() >= std::numeric_limits<std::uint32_t>::max()) {
     index.usable = false;
@@ -144,25 +138,20 @@ void RebuildPairIndex(DatabaseImpl& impl) {
   index.covered = records.size();
 }
 
-void PairIndexAppended(DatabaseImpl& impl) {
-  PairIndex& index = impl.pair_index;
-  const std::size_t size = impl.parameters.size();
+void PairIndexAppended(const std::vector<CuttingParameter>& records, PairIndex& index) {
+  const std::size_t size = records.size();
   if (!index.usable || size == 0 || size - 1 != index.covered ||
       size >= std::numeric_limits<std::uint32_t>::max()) {
     index.usable = false;
     return;
   }
   const auto pos = static_cast<std::uint32_t>(size - 1);
-  const RecordKey k = KeyOf(impl.parameters[pos]);
+  const RecordKey k = KeyOf(records[pos]);
   if (pos > 0 && PairOf(k) < PairOf(index.keys.back())) index.pair_ordered = false;
   index.keys.push_back(k);
   Append(index.materials, MaterialOf(k), pos);
   Append(index.pairs, PairOf(k), pos);
   index.covered = size;
-}
-
-bool PairIndexCurrent(const DatabaseImpl& impl) {
-  return impl.pair_index.usable && impl.pair_index.covered == impl.parameters.size();
 }
 
 const PositionGroup* FindMaterialGroup(const PairIndex& index, std::uint16_t material_id) {

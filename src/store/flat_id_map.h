@@ -1,7 +1,7 @@
 // A small open-addressing hash map from a 32-bit key to a 32-bit value: one
 // probe into one flat array, where a node-based map would chase a pointer.
-#ifndef SPARLANE_QUERY_FLAT_ID_MAP_H_
-#define SPARLANE_QUERY_FLAT_ID_MAP_H_
+#ifndef SPARLANE_STORE_FLAT_ID_MAP_H_
+#define SPARLANE_STORE_FLAT_ID_MAP_H_
 
 #include <cstdint>
 #include <vector>
@@ -66,4 +66,4 @@ class FlatIdMap {
 
 }  // namespace Sparlane
 
-#endif  // SPARLANE_QUERY_FLAT_ID_MAP_H_
+#endif  // SPARLANE_STORE_FLAT_ID_MAP_H_
