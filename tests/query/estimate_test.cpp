@@ -33,7 +33,8 @@ CuttingParameter Row(float t, float speed, std::uint16_t material = 1, std::uint
   p.arc_voltage_v = 100.0f + 3.0f * t;
   p.pierce_time_s = 0.1f + 0.05f * t;
   p.kerf_width_mm = 2.0f - 0.05f * t;
-  p.current_amps = static_cast<std::uint16_t>(30.0f + 2.0f * t);
+  // Rows of unusable thickness (NaN, infinite, negative) keep 30 A.
+  p.current_amps = static_cast<std::uint16_t>(t > 0.0f && t < 1000.0f ? 30.0f + 2.0f * t : 30.0f);
   return p;
 }
 
@@ -292,13 +293,19 @@ TEST_F(Estimate, AboveTheRowsTheSpeedFollowsTheLawBelowTheSlowestListed) {
   const std::vector<CuttingParameter> rows = {Row(2.0f, 4000.0f), Row(4.0f, 2200.0f),
                                               Row(8.0f, 1000.0f)};
   LoadRecords(db, rows);
-  const auto r = At(16.0f);
-  ExpectLawBeyond(r, rows, 2, 1, 0, 16.0f);
-  EXPECT_LT(r.parameter.cut_speed_mm_min, 1000.0f);
+  float slower_than = 1000.0f;
+  for (float t : {9.0f, 16.0f, 40.0f}) {
+    const auto r = At(t);
+    ExpectLawBeyond(r, rows, 2, 1, 0, t);
+    EXPECT_LT(r.parameter.cut_speed_mm_min, slower_than) << t;  // keeps falling
+    slower_than = r.parameter.cut_speed_mm_min;
+    EXPECT_GT(r.parameter.pierce_time_s, rows[2].pierce_time_s);  // rising, continued
+  }
   // Kerf falls with thickness; continued, it would drop below the smallest
-  // listed kerf, so it stops there.  Pierce delay rises and is continued.
-  EXPECT_EQ(r.parameter.kerf_width_mm, rows[2].kerf_width_mm);
-  EXPECT_GT(r.parameter.pierce_time_s, rows[2].pierce_time_s);
+  // listed kerf, so it stops there.
+  EXPECT_LT(Continued(rows[2].kerf_width_mm, rows[1].kerf_width_mm, 40.0, 8.0, 4.0),
+            rows[2].kerf_width_mm);
+  EXPECT_EQ(At(40.0f).parameter.kerf_width_mm, rows[2].kerf_width_mm);
 }
 
 TEST_F(Estimate, BelowTheRowsTheSpeedFollowsTheLawFromTheTwoThinnest) {
