@@ -18,6 +18,7 @@ for required in 'Sparlane::Database::Database()' 'Sparlane::Database::Create()' 
                 'Sparlane::Database::GetFileHeader() const' \
                 'Sparlane::Database::GetParameters() const' \
                 'Sparlane::Database::GetVendorId(std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> > const&) const' \
+                'Sparlane::Database::Estimate(std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> > const&, float, std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> > const&) const' \
                 'Sparlane::Testing::CalculateCRC32(unsigned char const*, unsigned long)' \
                 'Sparlane::Testing::ExplainParameter[abi:cxx11](Sparlane::CuttingParameter const&)'; do
   if ! grep -qxF "$required" <<<"$symbols"; then
