@@ -25,21 +25,8 @@
 #include <type_traits>
 #include <vector>
 
-#if defined(SPARLANE_STATIC)
-#define SPARLANE_API
-#elif defined(_WIN32)
-#if defined(SPARLANE_BUILDING)
-#define SPARLANE_API __declspec(dllexport)
-#else
-#define SPARLANE_API __declspec(dllimport)
-#endif
-#else
-#define SPARLANE_API __attribute__((visibility("default")))
-#endif
-
-#define SPARLANE_VERSION_MAJOR 1
-#define SPARLANE_VERSION_MINOR 0
-#define SPARLANE_VERSION_PATCH 0
+#include "export.h"
+#include "version.h"
 
 namespace Sparlane {
 
