@@ -4,8 +4,8 @@
 
 using Sparlane::Database;
 using sparlane_c::Fallible;
-using sparlane_c::LengthOf;
 using sparlane_c::IsName;
+using sparlane_c::LengthOf;
 using sparlane_c::Name;
 
 extern "C" {
@@ -22,9 +22,8 @@ int sparlane_db_update_parameter(sparlane_db_t* db, uint32_t id,
   if (db != nullptr && param == nullptr) {
     return db->Fail(SPARLANE_INVALID_PARAMETER, sparlane_c::kNullRecord);
   }
-  return Fallible(db, [id, param](Database& d) {
-    return d.UpdateParameter(id, sparlane_c::ToCpp(*param));
-  });
+  return Fallible(
+      db, [id, param](Database& d) { return d.UpdateParameter(id, sparlane_c::ToCpp(*param)); });
 }
 
 int sparlane_db_delete_parameter(sparlane_db_t* db, uint32_t id) {
@@ -34,8 +33,8 @@ int sparlane_db_delete_parameter(sparlane_db_t* db, uint32_t id) {
 int sparlane_db_add_machine_n(sparlane_db_t* db, const char* vendor, size_t vendor_length,
                               const char* model, size_t model_length, const char* unused,
                               size_t unused_length) {
-  const bool given = IsName(vendor, vendor_length) && IsName(model, model_length) &&
-                     IsName(unused, unused_length);
+  const bool given =
+      IsName(vendor, vendor_length) && IsName(model, model_length) && IsName(unused, unused_length);
   return sparlane_c::WithNames(db, given, [&](Database& d) {
     return d.AddMachine(Name(vendor, vendor_length), Name(model, model_length),
                         Name(unused, unused_length));
@@ -49,9 +48,8 @@ int sparlane_db_add_machine(sparlane_db_t* db, const char* vendor, const char* m
 }
 
 int sparlane_db_add_material_n(sparlane_db_t* db, const char* name, size_t name_length) {
-  return sparlane_c::WithNames(db, IsName(name, name_length), [&](Database& d) {
-    return d.AddMaterial(Name(name, name_length));
-  });
+  return sparlane_c::WithNames(db, IsName(name, name_length),
+                               [&](Database& d) { return d.AddMaterial(Name(name, name_length)); });
 }
 
 int sparlane_db_add_material(sparlane_db_t* db, const char* name) {

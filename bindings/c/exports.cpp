@@ -1,8 +1,8 @@
 // CSV and JSON exports.
 #include "handle.h"
 
-using sparlane_c::WithPath;
 using Sparlane::Database;
+using sparlane_c::WithPath;
 
 extern "C" {
 

@@ -1,8 +1,8 @@
 // Loading, importing and saving parameter files.
 #include "handle.h"
 
-using sparlane_c::WithPath;
 using Sparlane::Database;
+using sparlane_c::WithPath;
 
 extern "C" {
 

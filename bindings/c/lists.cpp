@@ -17,8 +17,8 @@ std::size_t PutRecords(const std::vector<Sparlane::CuttingParameter>& records,
   if (records.size() > std::numeric_limits<std::size_t>::max() / sizeof(sparlane_parameter_t)) {
     return 0;
   }
-  auto* items =
-      static_cast<sparlane_parameter_t*>(std::malloc(records.size() * sizeof(sparlane_parameter_t)));
+  auto* items = static_cast<sparlane_parameter_t*>(
+      std::malloc(records.size() * sizeof(sparlane_parameter_t)));
   if (items == nullptr) return 0;
   for (std::size_t i = 0; i < records.size(); ++i) items[i] = ToC(records[i]);
   out->items = items;

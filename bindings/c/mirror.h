@@ -15,9 +15,9 @@ namespace sparlane_c {
 
 // Same byte layout: same size, and every field at the same offset with the
 // same size.  Listing every field makes the check complete.
-#define SPARLANE_SAME_FIELD(c_type, cpp_type, field)                                         \
-  static_assert(offsetof(c_type, field) == offsetof(Sparlane::cpp_type, field) &&            \
-                    sizeof(c_type::field) == sizeof(Sparlane::cpp_type::field),              \
+#define SPARLANE_SAME_FIELD(c_type, cpp_type, field)                              \
+  static_assert(offsetof(c_type, field) == offsetof(Sparlane::cpp_type, field) && \
+                    sizeof(c_type::field) == sizeof(Sparlane::cpp_type::field),   \
                 #c_type "." #field " matches " #cpp_type)
 #define SPARLANE_SAME_SIZE(c_type, cpp_type) \
   static_assert(sizeof(c_type) == sizeof(Sparlane::cpp_type), #c_type " size")

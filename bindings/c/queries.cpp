@@ -28,8 +28,8 @@ bool CanAsk(const sparlane_db_t* db, const char* a, size_t a_length, const char*
 
 extern "C" {
 
-int sparlane_db_find_exact_n(const sparlane_db_t* db, const char* material,
-                             size_t material_length, float thickness, const char* machine_model,
+int sparlane_db_find_exact_n(const sparlane_db_t* db, const char* material, size_t material_length,
+                             float thickness, const char* machine_model,
                              size_t machine_model_length, float tolerance,
                              sparlane_parameter_t* out) {
   if (out == nullptr) return 0;
@@ -121,8 +121,8 @@ int sparlane_db_supported_thickness_range(const sparlane_db_t* db, const char* m
                                                  OptionalLengthOf(machine_model), out);
 }
 
-int sparlane_db_interpolate_n(const sparlane_db_t* db, const char* material,
-                              size_t material_length, float thickness, const char* machine_model,
+int sparlane_db_interpolate_n(const sparlane_db_t* db, const char* material, size_t material_length,
+                              float thickness, const char* machine_model,
                               size_t machine_model_length, sparlane_interpolation_t* out) {
   if (out == nullptr) return 0;
   using Result = Sparlane::InterpolationResult;
@@ -160,9 +160,8 @@ int sparlane_db_find_optimal(const sparlane_db_t* db, const char* material, floa
 int sparlane_db_adjust_for_max_speed(const sparlane_db_t* db, const sparlane_parameter_t* base,
                                      float max_speed, sparlane_parameter_t* out) {
   if (db == nullptr || base == nullptr) return SPARLANE_INVALID_PARAMETER;
-  return sparlane_c::Calculate(out, [&] {
-    return db->db.AdjustForMaxSpeed(sparlane_c::ToCpp(*base), max_speed);
-  });
+  return sparlane_c::Calculate(
+      out, [&] { return db->db.AdjustForMaxSpeed(sparlane_c::ToCpp(*base), max_speed); });
 }
 
 float sparlane_calculate_effective_thickness(float thickness, float angle_degrees) {

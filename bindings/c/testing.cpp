@@ -28,7 +28,8 @@ extern "C" {
 
 int sparlane_testing_validate_header(const sparlane_file_header_t* header) {
   if (header == nullptr) return SPARLANE_INVALID_PARAMETER;
-  return static_cast<int>(Testing::ValidateHeader(sparlane_c::Mirror<Sparlane::FileHeader>(*header)));
+  return static_cast<int>(
+      Testing::ValidateHeader(sparlane_c::Mirror<Sparlane::FileHeader>(*header)));
 }
 
 uint32_t sparlane_testing_calculate_crc32(const void* data, size_t length) {
@@ -53,9 +54,8 @@ int sparlane_testing_interpolate_linear(const sparlane_parameter_t* lower,
                                         const sparlane_parameter_t* upper, float thickness,
                                         sparlane_parameter_t* out) {
   if (lower == nullptr || upper == nullptr) return SPARLANE_INVALID_PARAMETER;
-  return Calculate(out, [&] {
-    return Testing::InterpolateLinear(ToCpp(*lower), ToCpp(*upper), thickness);
-  });
+  return Calculate(
+      out, [&] { return Testing::InterpolateLinear(ToCpp(*lower), ToCpp(*upper), thickness); });
 }
 
 int sparlane_testing_perform_interpolation(const sparlane_parameter_t* lower,
@@ -74,7 +74,8 @@ int sparlane_testing_perform_interpolation(const sparlane_parameter_t* lower,
 int sparlane_testing_extrapolate_conservative(const sparlane_parameter_t* source, float thickness,
                                               sparlane_parameter_t* out) {
   if (source == nullptr) return SPARLANE_INVALID_PARAMETER;
-  return Calculate(out, [&] { return Testing::ExtrapolateConservative(ToCpp(*source), thickness); });
+  return Calculate(out,
+                   [&] { return Testing::ExtrapolateConservative(ToCpp(*source), thickness); });
 }
 
 int sparlane_testing_adjust_for_torch_angle(const sparlane_parameter_t* base, float angle_degrees,

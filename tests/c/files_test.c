@@ -44,6 +44,10 @@ static path_t changed_sample(const char* name, int compression,
   return path;
 }
 
+static path_t write_failure(const char* path) {
+  return text_join("Failed to write binary format to: ", path);
+}
+
 static size_t data_offset(const unsigned char* bytes) { return (size_t)get_le(bytes + 104, 8); }
 
 static void SavedFileLoadsBackRecordForRecord(void) {
@@ -90,7 +94,7 @@ static void SaveWithUnknownCompressionIsInvalidParameter(void) {
   sparlane_db_t* db = sample_db();
   REQUIRE(db != NULL);
   CHECK_INT(sparlane_db_save(db, path.text, 7), SPARLANE_INVALID_PARAMETER);
-  CHECK_STR(sparlane_db_last_error(db), text_join("Failed to write binary format to: ", path.text).text);
+  CHECK_STR(sparlane_db_last_error(db), write_failure(path.text).text);
   CHECK(!file_exists(path.text));
   sparlane_db_destroy(db);
 }
@@ -109,7 +113,7 @@ static void SaveIntoAMissingFolderIsIoError(void) {
   sparlane_db_t* db = sample_db();
   REQUIRE(db != NULL);
   CHECK_INT(sparlane_db_save(db, path.text, SPARLANE_COMPRESSION_LZ4), SPARLANE_IO_ERROR);
-  CHECK_STR(sparlane_db_last_error(db), text_join("Failed to write binary format to: ", path.text).text);
+  CHECK_STR(sparlane_db_last_error(db), write_failure(path.text).text);
   sparlane_db_destroy(db);
 }
 

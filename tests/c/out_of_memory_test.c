@@ -234,5 +234,6 @@ const test_case out_of_memory_tests[] = {
     {"EveryFallibleCallReportsExhaustedMemory", EveryFallibleCallReportsExhaustedMemory},
     {"HandleCreationGivesNullWhenMemoryRunsOut", HandleCreationGivesNullWhenMemoryRunsOut},
     {"QueriesGiveTheEmptyResultWhenMemoryRunsOut", QueriesGiveTheEmptyResultWhenMemoryRunsOut},
-    {"FailureWhoseMessageCannotBeCopiedKeepsItsCode", FailureWhoseMessageCannotBeCopiedKeepsItsCode},
+    {"FailureWhoseMessageCannotBeCopiedKeepsItsCode",
+     FailureWhoseMessageCannotBeCopiedKeepsItsCode},
     TEST_END};

@@ -8,8 +8,9 @@
 #include "check.h"
 #include "fixtures.h"
 
-static const char kFolder[] = "Schnittdaten-\xC3\xA4\xC3\xB6\xC3\xBC";                /* äöü */
-static const char kFile[] = "\xD0\xA2\xD0\xB0\xD0\xB1-\xE6\x97\xA5\xE6\x9C\xAC.slb"; /* Таб-日本 */
+/* "Schnittdaten-äöü" and "Таб-日本.slb" */
+static const char kFolder[] = "Schnittdaten-\xC3\xA4\xC3\xB6\xC3\xBC";
+static const char kFile[] = "\xD0\xA2\xD0\xB0\xD0\xB1-\xE6\x97\xA5\xE6\x9C\xAC.slb";
 
 static int widen(const char* utf8, wchar_t* wide, int size) {
   return MultiByteToWideChar(CP_UTF8, 0, utf8, -1, wide, size) > 0;
