@@ -75,6 +75,13 @@ bool type_caster<sparlane_py::Name>::load(handle source, bool) {
     return true;
   }
   if (!PyUnicode_Check(source.ptr())) return false;
+  // The UTF-8 a str keeps of itself, when it has no lone surrogates.
+  Py_ssize_t size = 0;
+  if (const char* utf8 = PyUnicode_AsUTF8AndSize(source.ptr(), &size)) {
+    value.bytes.assign(utf8, static_cast<std::size_t>(size));
+    return true;
+  }
+  PyErr_Clear();
   object bytes = reinterpret_steal<object>(
       PyUnicode_AsEncodedString(source.ptr(), "utf-8", "surrogateescape"));
   if (!bytes) throw error_already_set();
@@ -104,6 +111,10 @@ handle type_caster<sparlane_py::Path>::cast(const sparlane_py::Path& path, retur
 }
 
 bool type_caster<sparlane_py::Float32>::load(handle source, bool) {
+  if (PyFloat_CheckExact(source.ptr())) {
+    value.value = sparlane_py::ToFloat(PyFloat_AS_DOUBLE(source.ptr()));
+    return true;
+  }
   if (!PyFloat_Check(source.ptr()) && !PyLong_Check(source.ptr()) &&
       !PyObject_HasAttrString(source.ptr(), "__float__")) {
     return false;

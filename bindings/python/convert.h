@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "native_record.h"
 #include "sparlane/sparlane.h"
 
 namespace sparlane_py {

@@ -5,6 +5,8 @@
 // A lock per database keeps any other call on the same database out while
 // one of them runs, which the C++ object requires; the GIL is never awaited
 // while the lock is held.
+#include "database.h"
+
 #include <mutex>
 #include <optional>
 #include <string>
@@ -20,22 +22,6 @@ namespace {
 using Sparlane::CuttingParameter;
 using Sparlane::Database;
 using Sparlane::ErrorCode;
-
-struct PyDatabase {
-  Database db;
-  std::mutex lock;
-};
-
-// Takes the database's lock for a call that keeps the GIL; waits for it
-// without the GIL, so a thread in a long call can finish.
-std::unique_lock<std::mutex> Hold(PyDatabase& self) {
-  std::unique_lock<std::mutex> held(self.lock, std::try_to_lock);
-  if (!held.owns_lock()) {
-    py::gil_scoped_release release;
-    held.lock();
-  }
-  return held;
-}
 
 // A fallible call that keeps the GIL; raises on failure.
 template <typename Call>
@@ -62,17 +48,6 @@ void RunReleased(PyDatabase& self, Call&& call) {
     if (code != ErrorCode::Success) message = self.db.GetLastError();
   }
   RaiseIfFailed(code, message);
-}
-
-// A query under the lock.
-template <typename Call>
-auto Ask(PyDatabase& self, Call&& call) {
-  auto held = Hold(self);
-  return call(static_cast<const Database&>(self.db));
-}
-
-py::object RecordOrNone(const std::optional<CuttingParameter>& found) {
-  return found ? py::cast(*found) : py::none();
 }
 
 py::list RecordList(const std::vector<CuttingParameter>& records) {
@@ -150,26 +125,6 @@ void BindLifecycleAndFiles(py::class_<PyDatabase>& c) {
 
 void BindQueries(py::class_<PyDatabase>& c) {
   c.def(
-      "find_exact",
-      [](PyDatabase& self, const Name& material, Float32 thickness, const Name& machine_model,
-         Float32 tolerance) {
-        return RecordOrNone(Ask(self, [&](const Database& d) {
-          return d.FindExact(material.bytes, thickness.value, machine_model.bytes, tolerance.value);
-        }));
-      },
-      py::arg("material"), py::arg("thickness"), py::arg("machine_model"),
-      py::arg("tolerance") = Float32{0.001f},
-      "A record within tolerance of the thickness, or None.");
-  c.def(
-      "find_nearest",
-      [](PyDatabase& self, const Name& material, Float32 thickness, const Name& machine_model) {
-        return RecordOrNone(Ask(self, [&](const Database& d) {
-          return d.FindNearest(material.bytes, thickness.value, machine_model.bytes);
-        }));
-      },
-      py::arg("material"), py::arg("thickness"), py::arg("machine_model"),
-      "The record with the closest thickness, or None.");
-  c.def(
       "find_by_machine",
       [](PyDatabase& self, const Name& vendor, const Name& machine_model) {
         return RecordList(Ask(self, [&](const Database& d) {
@@ -194,24 +149,6 @@ void BindQueries(py::class_<PyDatabase>& c) {
       },
       py::arg("material"), py::arg("machine_model") = Name{},
       "Thickness span of a material on one machine, or ('') on any.");
-  c.def(
-      "interpolate",
-      [](PyDatabase& self, const Name& material, Float32 thickness, const Name& machine_model) {
-        return Ask(self, [&](const Database& d) {
-          return d.Interpolate(material.bytes, thickness.value, machine_model.bytes);
-        });
-      },
-      py::arg("material"), py::arg("thickness"), py::arg("machine_model"),
-      "Settings for a thickness, with .parameter, .confidence and .extrapolated.");
-  c.def(
-      "find_optimal",
-      [](PyDatabase& self, const Name& material, Float32 thickness, Float32 tolerance) {
-        return RecordOrNone(Ask(self, [&](const Database& d) {
-          return d.FindOptimal(material.bytes, thickness.value, tolerance.value);
-        }));
-      },
-      py::arg("material"), py::arg("thickness"), py::arg("tolerance") = Float32{0.001f},
-      "The fastest record of any machine within tolerance, or None.");
   c.def(
       "adjust_for_max_speed",
       [](PyDatabase& self, const CuttingParameter& base, Float32 max_speed) {
@@ -327,12 +264,22 @@ void BindCatalogue(py::class_<PyDatabase>& c) {
 
 }  // namespace
 
+std::unique_lock<std::mutex> Hold(PyDatabase& self) {
+  std::unique_lock<std::mutex> held(self.lock, std::try_to_lock);
+  if (!held.owns_lock()) {
+    py::gil_scoped_release release;
+    held.lock();
+  }
+  return held;
+}
+
 void BindDatabase(py::module_& m) {
   py::class_<PyDatabase> c(m, "Database",
                            "The parameter database.  Use it as a context manager to close it "
                            "on exit.");
   BindLifecycleAndFiles(c);
   BindQueries(c);
+  BindFastQueries(c);
   BindMetricsAndChecks(c);
   BindEditing(c);
   BindCatalogue(c);

@@ -121,20 +121,33 @@ void TextFrom(char* to, std::size_t size, py::handle value, const std::string& f
 template <typename T>
 class RecordClass {
  public:
+  // A pybind11 class of its own.
   RecordClass(py::module_& scope, const char* name, const char* doc)
-      : class_(scope, name, doc), layout_(std::make_shared<RecordLayout>()) {
-    layout_->name = name;
-    layout_->size = sizeof(T);
-    layout_->bytes = [](py::handle self) -> void* { return &self.cast<T&>(); };
+      : class_(std::make_unique<py::class_<T>>(scope, name, doc)) {
+    cls_ = *class_;
+    Start(name, [](py::handle self) -> void* { return &self.cast<T&>(); });
+  }
+
+  // A native type made elsewhere, whose objects keep their record bytes where
+  // bytes() says.
+  RecordClass(py::object cls, const char* name, const char* doc, void* (*bytes)(py::handle))
+      : cls_(std::move(cls)) {
+    cls_.attr("__doc__") = doc;
+    Start(name, bytes);
   }
 
   template <typename V>
   RecordClass& Number(const char* name, V T::*member, const char* doc = "") {
     const std::string field = name;
+    auto layout = layout_.get();
     return Add(
-        name, doc, [member](py::handle r) { return NumberTo(Of(r).*member); },
-        [member, field](py::handle r, py::handle v) { Of(r).*member = NumberFrom<V>(v, field); },
-        [member](py::handle r) { return NumberText(Of(r).*member); });
+        name, doc, [layout, member](py::handle r) { return NumberTo(Load(*layout, r).*member); },
+        [layout, member, field](py::handle r, py::handle v) {
+          T record = Load(*layout, r);
+          record.*member = NumberFrom<V>(v, field);
+          Store(*layout, r, record);
+        },
+        [layout, member](py::handle r) { return NumberText(Load(*layout, r).*member); });
   }
 
   // Opaque bytes (reserved areas) as bytes of exactly N; left out of repr
@@ -142,12 +155,18 @@ class RecordClass {
   template <std::size_t N>
   RecordClass& Bytes(const char* name, std::uint8_t (T::*member)[N], const char* doc = "") {
     const std::string field = name;
-    auto get = [member](py::handle r) {
-      return py::object(py::bytes(reinterpret_cast<const char*>(Of(r).*member), N));
+    auto layout = layout_.get();
+    auto get = [layout, member](py::handle r) {
+      const T record = Load(*layout, r);
+      return py::object(py::bytes(reinterpret_cast<const char*>(record.*member), N));
     };
     return Add(
         name, doc, get,
-        [member, field](py::handle r, py::handle v) { CopyBytes(Of(r).*member, N, v, field); },
+        [layout, member, field](py::handle r, py::handle v) {
+          T record = Load(*layout, r);
+          CopyBytes(record.*member, N, v, field);
+          Store(*layout, r, record);
+        },
         [get](py::handle r) { return BytesText(get(r)); });
   }
 
@@ -155,25 +174,41 @@ class RecordClass {
   template <std::size_t N>
   RecordClass& Text(const char* name, char (T::*member)[N], const char* doc = "") {
     const std::string field = name;
-    auto get = [member](py::handle r) { return TextTo(Of(r).*member, N); };
+    auto layout = layout_.get();
+    auto get = [layout, member](py::handle r) { return TextTo(Load(*layout, r).*member, N); };
     return Add(
         name, doc, get,
-        [member, field](py::handle r, py::handle v) { TextFrom(Of(r).*member, N, v, field); },
+        [layout, member, field](py::handle r, py::handle v) {
+          T record = Load(*layout, r);
+          TextFrom(record.*member, N, v, field);
+          Store(*layout, r, record);
+        },
         [get](py::handle r) { return std::string(py::repr(get(r))); });
   }
 
-  // A record inside the record: the attribute is the inner record itself
-  // (changes go into the outer one); to_dict() nests its dict.
+  // A record inside the record: the attribute views the inner record (changes
+  // go into the outer one); to_dict() nests its dict.
   template <typename R>
-  RecordClass& Record(const char* name, R T::*member, const char* doc = "") {
+  RecordClass& Record(const char* name, R T::*member, py::object (*view)(py::handle, void*),
+                      const char* doc = "") {
+    auto layout = layout_.get();
     RecordField f;
     f.name = name;
     f.doc = doc;
-    f.get = [member](py::handle r) { return py::cast(Of(r).*member).attr("to_dict")(); };
-    f.set = [member](py::handle r, py::handle v) { Of(r).*member = py::cast<R>(v); };
-    f.text = [member](py::handle r) { return std::string(py::repr(py::cast(Of(r).*member))); };
-    f.attribute = [member](py::handle r) {
-      return py::cast(&(Of(r).*member), py::return_value_policy::reference_internal, r);
+    f.get = [layout, member](py::handle r) {
+      return py::cast(Load(*layout, r).*member).attr("to_dict")();
+    };
+    f.set = [layout, member](py::handle r, py::handle v) {
+      T record = Load(*layout, r);
+      record.*member = py::cast<R>(v);
+      Store(*layout, r, record);
+    };
+    f.text = [layout, member](py::handle r) {
+      return std::string(py::repr(py::cast(Load(*layout, r).*member)));
+    };
+    const std::size_t offset = OffsetOf(member);
+    f.attribute = [layout, view, offset](py::handle r) {
+      return view(r, static_cast<char*>(layout->bytes(r)) + offset);
     };
     layout_->fields.push_back(std::move(f));
     return *this;
@@ -183,11 +218,14 @@ class RecordClass {
   // unknown level.
   RecordClass& Level(const char* name, Sparlane::QualityLevel T::*member, const char* doc = "") {
     const std::string field = name;
-    auto get = [member](py::handle r) { return ToQualityLevel(Of(r).*member); };
+    auto layout = layout_.get();
+    auto get = [layout, member](py::handle r) { return ToQualityLevel(Load(*layout, r).*member); };
     return Add(
         name, doc, get,
-        [member, field](py::handle r, py::handle v) {
-          Of(r).*member = static_cast<Sparlane::QualityLevel>(NumberFrom<std::uint8_t>(v, field));
+        [layout, member, field](py::handle r, py::handle v) {
+          T record = Load(*layout, r);
+          record.*member = static_cast<Sparlane::QualityLevel>(NumberFrom<std::uint8_t>(v, field));
+          Store(*layout, r, record);
         },
         [get](py::handle r) {
           const py::object level = get(r);
@@ -197,21 +235,53 @@ class RecordClass {
   }
 
   // Adds construction, the fields, comparison, repr, to_dict and pickling.
-  py::class_<T>& Finish() {
+  py::object Finish() {
     std::shared_ptr<const RecordLayout> layout = layout_;
-    class_.def(py::init([layout](py::kwargs kwargs) {
-                 py::object record = py::cast(T{});
-                 std::memset(layout->bytes(record), 0, sizeof(T));
-                 SetFromKeywords(*layout, record, kwargs);
-                 return record.cast<T>();
-               }),
-               "Every field by keyword; the ones left out are zero.");
-    AddRecordMethods(class_, layout);
-    return class_;
+    if (class_) {
+      class_->def(py::init([layout](py::kwargs kwargs) {
+                    py::object record = py::cast(T{});
+                    std::memset(layout->bytes(record), 0, sizeof(T));
+                    SetFromKeywords(*layout, record, kwargs);
+                    return record.cast<T>();
+                  }),
+                  kInitDoc);
+    } else {
+      // A native object starts zeroed; __init__ only sets what is named.  (Not
+      // named __init__ for pybind11, which would take it for a constructor of
+      // one of its own classes.)
+      cls_.attr("__init__") = py::cpp_function(
+          [layout](py::handle self, py::kwargs kwargs) { SetFromKeywords(*layout, self, kwargs); },
+          py::is_method(cls_), py::name("set_fields"), py::doc(kInitDoc));
+    }
+    AddRecordMethods(cls_, layout);
+    return cls_;
   }
 
  private:
-  static T& Of(py::handle record) { return record.cast<T&>(); }
+  static constexpr const char* kInitDoc = "Every field by keyword; the ones left out are zero.";
+
+  static T Load(const RecordLayout& layout, py::handle r) {
+    T record;
+    std::memcpy(static_cast<void*>(&record), layout.bytes(r), sizeof record);
+    return record;
+  }
+  static void Store(const RecordLayout& layout, py::handle r, const T& record) {
+    std::memcpy(layout.bytes(r), static_cast<const void*>(&record), sizeof record);
+  }
+  template <typename R>
+  static std::size_t OffsetOf(R T::*member) {
+    const T probe{};
+    return static_cast<std::size_t>(reinterpret_cast<const char*>(&(probe.*member)) -
+                                    reinterpret_cast<const char*>(&probe));
+  }
+
+  template <typename Bytes>
+  void Start(const char* name, Bytes bytes) {
+    layout_ = std::make_shared<RecordLayout>();
+    layout_->name = name;
+    layout_->size = sizeof(T);
+    layout_->bytes = bytes;
+  }
 
   template <typename Get, typename Set, typename Show>
   RecordClass& Add(const char* name, const char* doc, Get get, Set set, Show text) {
@@ -219,7 +289,8 @@ class RecordClass {
     return *this;
   }
 
-  py::class_<T> class_;
+  std::unique_ptr<py::class_<T>> class_;
+  py::object cls_;
   std::shared_ptr<RecordLayout> layout_;
 };
 

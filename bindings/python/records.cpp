@@ -12,9 +12,10 @@ namespace {
 
 void BindCuttingParameter(py::module_& m) {
   using P = S::CuttingParameter;
-  RecordClass<P>(m, "CuttingParameter",
+  RecordClass<P>(MakeNativeRecordType<P>(m, "CuttingParameter"), "CuttingParameter",
                  "One row of the parameter table (64 bytes in files).  Ids are 1-based "
-                 "positions in the name tables; floats are single precision.")
+                 "positions in the name tables; floats are single precision.",
+                 &NativeRecordBytes)
       .Number("vendor_id", &P::vendor_id)
       .Number("machine_model_id", &P::machine_model_id)
       .Number("material_id", &P::material_id)
@@ -63,7 +64,8 @@ void BindFileHeader(py::module_& m) {
       .Bytes("reserved_132", &H::reserved_132)
       .Text("creator", &H::creator)
       .Bytes("reserved_176", &H::reserved_176)
-      .Finish()
+      .Finish();
+  py::class_<H>(m.attr("FileHeader"))
       .def_static(
           "from_bytes",
           [](const py::bytes& data) {
@@ -86,8 +88,9 @@ void BindFileHeader(py::module_& m) {
 
 void BindQueryResults(py::module_& m) {
   using I = S::InterpolationResult;
-  RecordClass<I>(m, "InterpolationResult", "Settings built for a thickness.")
-      .Record("parameter", &I::parameter)
+  RecordClass<I>(MakeNativeRecordType<I>(m, "InterpolationResult"), "InterpolationResult",
+                 "Settings built for a thickness.", &NativeRecordBytes)
+      .Record("parameter", &I::parameter, &ViewOf<S::CuttingParameter>)
       .Number("confidence", &I::confidence, "0.0 to 1.0; 0.0 when nothing could be built.")
       .Number("extrapolated", &I::extrapolated, "Outside the bracketing records.")
       .Finish();

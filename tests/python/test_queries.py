@@ -139,3 +139,36 @@ def test_records_of_an_interpolation_share_nothing_with_the_database(db):
     r.parameter.cut_speed_mm_min = 1.0
     assert r.parameter.cut_speed_mm_min == 1.0
     assert db.interpolate("Mild steel", 8.0, "AIR-45A").parameter.cut_speed_mm_min == 2500.0
+
+
+def test_queries_take_arguments_by_position_or_keyword(db):
+    expected = sample_records()[1]
+    assert db.find_exact(material="Mild steel", thickness=6.0, machine_model="AIR-45A") == expected
+    assert db.find_exact("Mild steel", 6.0, machine_model="AIR-45A", tolerance=0.01) == expected
+    assert db.find_nearest("Mild steel", machine_model="AIR-45A", thickness=7.0) == expected
+    assert db.find_optimal("Mild steel", thickness=6.0, tolerance=0.01) == sample_records()[3]
+    assert db.interpolate(machine_model="AIR-45A", material="Mild steel",
+                          thickness=8.0).parameter.cut_speed_mm_min == 2500.0
+
+
+@pytest.mark.parametrize("call, message", [
+    (lambda db: db.find_exact("Mild steel", 6.0), "missing required argument 'machine_model'"),
+    (lambda db: db.find_exact("Mild steel", 6.0, "AIR-45A", 0.1, 1), "takes at most 4 arguments"),
+    (lambda db: db.interpolate("Mild steel", 6.0, "AIR-45A", speed=1),
+     "unexpected keyword argument 'speed'"),
+    (lambda db: db.find_nearest("Mild steel", 6.0, "AIR-45A", material="x"),
+     "multiple values for argument 'material'"),
+    (lambda db: db.find_optimal("Mild steel", "6"), "thickness: cannot take str"),
+    (lambda db: db.find_exact(None, 6.0, "AIR-45A"), "material: cannot take NoneType"),
+])
+def test_query_arguments_are_checked_as_python_checks_them(db, call, message):
+    with pytest.raises(TypeError, match=message):
+        call(db)
+
+
+def test_query_signatures_are_visible():
+    import inspect
+    assert list(inspect.signature(sparlane.Database.find_exact).parameters) == [
+        "self", "material", "thickness", "machine_model", "tolerance"]
+    tolerance = inspect.signature(sparlane.Database.find_optimal).parameters["tolerance"]
+    assert tolerance.default == 0.001
