@@ -44,11 +44,11 @@ py::object MakeNativeRecordType(py::module_& m, const char* name, std::size_t si
   static PyType_Slot slots[] = {{Py_tp_new, reinterpret_cast<void*>(&NewObject)},
                                 {Py_tp_dealloc, reinterpret_cast<void*>(&DeleteObject)},
                                 {0, nullptr}};
-  // The spec's name must outlive the type.
+  // The type keeps pointing at its name; it must outlive the type.
   const std::string* full_name = new std::string(std::string("sparlane.") + name);
-  PyType_Spec spec = {full_name->c_str(), static_cast<int>(kStorage + size), 0, Py_TPFLAGS_DEFAULT,
+  PyType_Spec shape = {full_name->c_str(), static_cast<int>(kStorage + size), 0, Py_TPFLAGS_DEFAULT,
                       slots};
-  PyObject* made = PyType_FromSpec(&spec);
+  PyObject* made = PyType_FromSpec(&shape);
   if (made == nullptr) throw py::error_already_set();
   *type = reinterpret_cast<PyTypeObject*>(made);
   Py_INCREF(made);  // kept for the life of the interpreter
