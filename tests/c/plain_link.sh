@@ -10,7 +10,12 @@ trap 'rm -rf "$work"' EXIT
 
 flags=()
 # A sanitized library needs a sanitized host to load it.
-[ -n "$sanitize" ] && flags=(-fsanitize="$sanitize" -fno-sanitize-recover=all)
+if [ -n "$sanitize" ]; then
+  flags=(-fsanitize="$sanitize" -fno-sanitize-recover=all)
+  # The sanitizers' checks of C++ objects need their C++ part and libstdc++
+  # in the program; clang adds them to a C link only on request.
+  "$cc" --version | grep -q clang && flags+=(-fsanitize-link-c++-runtime -lstdc++)
+fi
 "$cc" -std=c99 -Wall -Wextra -Wpedantic -Werror "${flags[@]}" -I "$include" "$source" \
   -o "$work/host" -L "$libdir" -lsparlane
 LD_LIBRARY_PATH="$libdir" "$work/host" "$sample" | tee "$work/out.txt"
@@ -19,7 +24,8 @@ grep -q 'mm/min' "$work/out.txt" || { echo "the host printed no settings" >&2; e
 for program in "$work/host" "$test_c"; do
   needed="$(readelf -d "$program" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')"
   grep -qx 'libsparlane.so.1' <<<"$needed" || { echo "$program does not use libsparlane" >&2; exit 1; }
-  if grep -E 'libstdc\+\+|libc\+\+' <<<"$needed"; then
+  # (A sanitized program carries libstdc++ for the sanitizers themselves.)
+  if [ -z "$sanitize" ] && grep -E 'libstdc\+\+|libc\+\+' <<<"$needed"; then
     echo "$program depends on a C++ runtime" >&2
     exit 1
   fi

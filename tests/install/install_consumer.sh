@@ -52,8 +52,14 @@ export PKG_CONFIG_PATH="$(dirname "$pc")"
 LD_LIBRARY_PATH="$libdir" "$work/pc-consumer"
 
 echo "--- C host"
+c_flags="$extra_flags"
+# The sanitizers' checks of C++ objects need their C++ part and libstdc++ in
+# the program; clang adds them to a C link only on request.
+if [ -n "$sanitize" ] && "$cc" --version | grep -q clang; then
+  c_flags="$c_flags -fsanitize-link-c++-runtime -lstdc++"
+fi
 # shellcheck disable=SC2086
-"$cc" -std=c99 -Wall -Wextra -Wpedantic -Werror $extra_flags -I "$prefix/include" \
+"$cc" -std=c99 -Wall -Wextra -Wpedantic -Werror $c_flags -I "$prefix/include" \
   "$consumer_src/host.c" -o "$work/c-host" -L "$libdir" -lsparlane
 LD_LIBRARY_PATH="$libdir" "$work/c-host"
 
