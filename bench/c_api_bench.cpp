@@ -13,11 +13,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "collecting_reporter.h"
 #include "sparlane/c.h"
 #include "sparlane/sparlane.h"
 
@@ -158,35 +158,22 @@ BENCHMARK(BM_CFindExact);
 BENCHMARK(BM_CppInterpolate);
 BENCHMARK(BM_CInterpolate);
 
-// Keeps each benchmark's CPU time per call for the ratio lines.
-class CollectingReporter : public benchmark::ConsoleReporter {
- public:
-  std::map<std::string, double> ns;
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-      ns[run.benchmark_name()] =
-          run.cpu_accumulated_time * 1e9 / static_cast<double>(run.iterations);
-    }
-  }
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  CollectingReporter reporter;
+  sparlane_bench::CollectingReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
   std::printf("\nC interface / C++ call (CPU ns per call)\n");
   for (const char* query : {"FindExact", "Interpolate"}) {
     const std::string cpp = std::string("BM_Cpp") + query;
     const std::string c = std::string("BM_C") + query;
-    if (reporter.ns.count(cpp) == 0 || reporter.ns.count(c) == 0) continue;
-    std::printf("ratio %-12s %5.2fx  (C %.1f ns, C++ %.1f ns)\n", query,
-                reporter.ns[c] / reporter.ns[cpp], reporter.ns[c], reporter.ns[cpp]);
+    auto& r = reporter.results;
+    if (r.count(cpp) == 0 || r.count(c) == 0) continue;
+    std::printf("ratio %-12s %5.2fx  (C %.1f ns, C++ %.1f ns)\n", query, r[c].ns / r[cpp].ns,
+                r[c].ns, r[cpp].ns);
   }
   return 0;
 }

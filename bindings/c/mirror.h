@@ -41,13 +41,10 @@ inline sparlane_parameter_t ToC(const Sparlane::CuttingParameter& p) {
 }
 
 template <typename Result>
-sparlane_interpolation_t InterpolationToC(const Result& r) {
-  sparlane_interpolation_t out;
-  std::memset(&out, 0, sizeof out);
-  out.parameter = ToC(r.parameter);
-  out.confidence = r.confidence;
-  out.extrapolated = r.extrapolated ? 1 : 0;
-  return out;
+void InterpolationToC(const Result& r, sparlane_interpolation_t* out) {
+  std::memcpy(&out->parameter, &r.parameter, sizeof out->parameter);
+  out->confidence = r.confidence;
+  out->extrapolated = r.extrapolated ? 1 : 0;
 }
 
 // Writes a query's optional result: 1 and the mirrored value, or 0 and a

@@ -131,7 +131,7 @@ int sparlane_db_interpolate_n(const sparlane_db_t* db, const char* material, siz
     return db->db.Interpolate(Name(material, material_length), thickness,
                               Name(machine_model, machine_model_length));
   });
-  *out = sparlane_c::InterpolationToC(result);
+  sparlane_c::InterpolationToC(result, out);
   return result.confidence > 0.0f ? 1 : 0;
 }
 

@@ -66,8 +66,10 @@ int sparlane_testing_perform_interpolation(const sparlane_parameter_t* lower,
   Sparlane::CuttingParameter high{};
   if (lower != nullptr) low = ToCpp(*lower);
   if (upper != nullptr) high = ToCpp(*upper);
-  *out = sparlane_c::InterpolationToC(Testing::PerformInterpolation(
-      lower != nullptr ? &low : nullptr, upper != nullptr ? &high : nullptr, thickness));
+  sparlane_c::InterpolationToC(
+      Testing::PerformInterpolation(lower != nullptr ? &low : nullptr,
+                                    upper != nullptr ? &high : nullptr, thickness),
+      out);
   return SPARLANE_SUCCESS;
 }
 
