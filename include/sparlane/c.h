@@ -15,8 +15,9 @@
  *    failure, replace the handle's message (sparlane_db_last_error).  Success
  *    never clears it.
  *  - Queries return 1 when they found something and fill *out; otherwise
- *    they return 0 and zero *out.  List queries return the number of items.
- *    Queries never set the message.
+ *    they return 0 and *out holds the empty result (zeros, or the C++
+ *    call's own no-match answer where it has one).  List queries return the
+ *    number of items.  Queries never set the message.
  *  - A NULL handle or a NULL required pointer gives SPARLANE_INVALID_PARAMETER
  *    (or, for a query, the empty result); it never crashes.  Memory running
  *    out inside a call gives SPARLANE_OUT_OF_MEMORY with the message
