@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "bindings/c/handle.h"
-#include "store/database_impl.h"
+#include "tests/support/store_seam.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ TEST(CConsumableSet, FoundSetIsCopiedFieldForField) {
   std::strcpy(set.electrode_part, "220842");
   std::strcpy(set.shield_part, "220817");
   std::strcpy(set.swirl_ring_part, "220857");
-  Sparlane::DatabaseAccess::Body(db->db).consumable_sets[7] = set;
+  Sparlane::DatabaseAccess::PutConsumableSet(db->db, 7, set);
 
   sparlane_consumable_set_t out;
   std::memset(&out, 0xAB, sizeof out);

@@ -30,6 +30,16 @@ for required in 'Sparlane::Database::Database()' 'Sparlane::Database::Create()' 
   fi
 done
 
+# Every function declared in testing.h is exported (a definition that does
+# not see its SPARLANE_API declaration would be hidden).
+testing_header="$(dirname "$0")/../../include/sparlane/testing.h"
+for name in $(sed -n 's/^SPARLANE_API .*[ *&]\([A-Za-z0-9_]*\)(.*/\1/p' "$testing_header"); do
+  if ! grep -qE "^Sparlane::Testing::${name}(\[abi:[a-z0-9]+\])?\(" <<<"$symbols"; then
+    echo "Testing function not exported: $name" >&2
+    exit 1
+  fi
+done
+
 # Symbols that are ours (named in the namespace, or type data of our types)
 # must be Database members or Testing functions.  Standard-library template
 # instantiations that merely take our types as arguments are vague-linkage
