@@ -39,6 +39,17 @@ std::optional<LengthUnit> UnitVotes::Winner() const {
   return inch > mm ? LengthUnit::Inch : LengthUnit::Millimetre;
 }
 
+void NoteMissingValues(MaterialEntry& entry, const MandatoryKeys& keys) {
+  const std::pair<const char*, const std::optional<double>*> mandatory[] = {
+      {keys.pierce_height, &entry.pierce_height},
+      {keys.pierce_delay, &entry.pierce_delay},
+      {keys.cut_height, &entry.cut_height},
+      {keys.cut_speed, &entry.cut_speed}};
+  for (const auto& [key, value] : mandatory) {
+    if (!value->has_value()) entry.missing.push_back(key);
+  }
+}
+
 UnitVotes CountUnitVotes(const std::vector<MaterialEntry>& entries) {
   UnitVotes votes;
   for (const auto& e : entries) {
