@@ -1,4 +1,4 @@
-// Adding, replacing and deleting records and names.
+// Adding, replacing, deleting and sorting records; adding names.
 #include "handle.h"
 #include "mirror.h"
 
@@ -28,6 +28,10 @@ int sparlane_db_update_parameter(sparlane_db_t* db, uint32_t id,
 
 int sparlane_db_delete_parameter(sparlane_db_t* db, uint32_t id) {
   return Fallible(db, [id](Database& d) { return d.DeleteParameter(id); });
+}
+
+int sparlane_db_sort_parameters(sparlane_db_t* db) {
+  return Fallible(db, [](Database& d) { return d.SortParameters(); });
 }
 
 int sparlane_db_add_machine_n(sparlane_db_t* db, const char* vendor, size_t vendor_length,

@@ -1,6 +1,7 @@
 // Lookups, interpolation and adjustments.  Queries never fail: a NULL
 // handle, name or out pointer, or exhausted memory, gives the empty result.
 #include <optional>
+#include <string>
 
 #include "handle.h"
 #include "lists.h"
@@ -22,6 +23,24 @@ using Record = std::optional<CuttingParameter>;
 bool CanAsk(const sparlane_db_t* db, const char* a, size_t a_length, const char* b,
             size_t b_length) {
   return db != nullptr && IsName(a, a_length) && IsName(b, b_length);
+}
+
+// Interpolate and Estimate: same arguments, same result record.
+using Builder = Sparlane::InterpolationResult (Sparlane::Database::*)(const std::string&, float,
+                                                                      const std::string&) const;
+
+int Build(Builder build, const sparlane_db_t* db, const char* material, size_t material_length,
+          float thickness, const char* machine_model, size_t machine_model_length,
+          sparlane_interpolation_t* out) {
+  if (out == nullptr) return 0;
+  using Result = Sparlane::InterpolationResult;
+  const Result result = Query(Result{}, [&]() -> Result {
+    if (!CanAsk(db, material, material_length, machine_model, machine_model_length)) return {};
+    return (db->db.*build)(Name(material, material_length), thickness,
+                           Name(machine_model, machine_model_length));
+  });
+  sparlane_c::InterpolationToC(result, out);
+  return result.confidence > 0.0f ? 1 : 0;
 }
 
 }  // namespace
@@ -124,21 +143,27 @@ int sparlane_db_supported_thickness_range(const sparlane_db_t* db, const char* m
 int sparlane_db_interpolate_n(const sparlane_db_t* db, const char* material, size_t material_length,
                               float thickness, const char* machine_model,
                               size_t machine_model_length, sparlane_interpolation_t* out) {
-  if (out == nullptr) return 0;
-  using Result = Sparlane::InterpolationResult;
-  const Result result = Query(Result{}, [&]() -> Result {
-    if (!CanAsk(db, material, material_length, machine_model, machine_model_length)) return {};
-    return db->db.Interpolate(Name(material, material_length), thickness,
-                              Name(machine_model, machine_model_length));
-  });
-  sparlane_c::InterpolationToC(result, out);
-  return result.confidence > 0.0f ? 1 : 0;
+  return Build(&Sparlane::Database::Interpolate, db, material, material_length, thickness,
+               machine_model, machine_model_length, out);
 }
 
 int sparlane_db_interpolate(const sparlane_db_t* db, const char* material, float thickness,
                             const char* machine_model, sparlane_interpolation_t* out) {
   return sparlane_db_interpolate_n(db, material, LengthOf(material), thickness, machine_model,
                                    LengthOf(machine_model), out);
+}
+
+int sparlane_db_estimate_n(const sparlane_db_t* db, const char* material, size_t material_length,
+                           float thickness, const char* machine_model, size_t machine_model_length,
+                           sparlane_interpolation_t* out) {
+  return Build(&Sparlane::Database::Estimate, db, material, material_length, thickness,
+               machine_model, machine_model_length, out);
+}
+
+int sparlane_db_estimate(const sparlane_db_t* db, const char* material, float thickness,
+                         const char* machine_model, sparlane_interpolation_t* out) {
+  return sparlane_db_estimate_n(db, material, LengthOf(material), thickness, machine_model,
+                                LengthOf(machine_model), out);
 }
 
 int sparlane_db_find_optimal_n(const sparlane_db_t* db, const char* material,

@@ -91,6 +91,15 @@ int sparlane_testing_validate_parameter(const sparlane_parameter_t* param) {
   return static_cast<int>(Testing::ValidateParameter(ToCpp(*param)));
 }
 
+char* sparlane_testing_explain_parameter(const sparlane_parameter_t* param) {
+  if (param == nullptr) return nullptr;
+  try {
+    return CopyOut(Testing::ExplainParameter(ToCpp(*param)), nullptr);
+  } catch (...) {
+    return nullptr;
+  }
+}
+
 int sparlane_testing_is_statistical_outlier(float value, const float* sample, size_t count,
                                             float threshold) {
   if (sample == nullptr && count != 0) return 0;

@@ -206,6 +206,11 @@ void BindEditing(py::class_<PyDatabase>& c) {
       },
       py::arg("id"), "Removes the record at 0-based position id.");
   c.def(
+      "sort_parameters",
+      [](PyDatabase& self) { Run(self, [](Database& d) { return d.SortParameters(); }); },
+      "Sorts the records by material, machine and thickness (the order the searches assume) "
+      "and rebuilds the indexes.");
+  c.def(
       "add_machine",
       [](PyDatabase& self, const Name& vendor, const Name& model, const Name& unused) {
         Run(self,
@@ -240,6 +245,39 @@ void BindCatalogue(py::class_<PyDatabase>& c) {
         return ToStrList(Ask(self, [](const Database& d) { return d.GetMaterials(); }));
       },
       "Material names; id i is element i - 1.");
+  using IdOf = std::uint16_t (Database::*)(const std::string&) const;
+  const struct {
+    const char* method;
+    IdOf id_of;
+    const char* doc;
+  } ids[] = {
+      {"vendor_id", &Database::GetVendorId,
+       "The id a query resolves a vendor name to; 0 if unknown."},
+      {"machine_id", &Database::GetMachineId,
+       "The id a query resolves a machine model name to; 0 if unknown."},
+      {"material_id", &Database::GetMaterialId,
+       "The id a query resolves a material name to; 0 if unknown."},
+  };
+  for (const auto& id : ids) {
+    c.def(
+        id.method,
+        [id_of = id.id_of](PyDatabase& self, const Name& name) {
+          return Ask(self, [&](const Database& d) { return (d.*id_of)(name.bytes); });
+        },
+        py::arg("name"), id.doc);
+  }
+  c.def(
+      "parameters",
+      [](PyDatabase& self) {
+        return RecordList(Ask(self, [](const Database& d) { return d.GetParameters(); }));
+      },
+      "A copy of the whole record table, in table order.");
+  c.def(
+      "file_header",
+      [](PyDatabase& self) {
+        return Ask(self, [](const Database& d) { return d.GetFileHeader(); });
+      },
+      "A copy of the header in memory; all zero before create() or load().");
   c.def(
       "statistics",
       [](PyDatabase& self) {

@@ -28,7 +28,8 @@ auto Ask(PyDatabase& self, Call&& call) {
   return call(static_cast<const Sparlane::Database&>(self.db));
 }
 
-// find_exact, find_nearest, find_optimal and interpolate (fast_queries.cpp).
+// find_exact, find_nearest, find_optimal, interpolate and estimate
+// (fast_queries.cpp).
 void BindFastQueries(py::handle database_class);
 
 }  // namespace sparlane_py

@@ -1,8 +1,9 @@
 // The per-call queries of sparlane.Database (find_exact, find_nearest,
-// find_optimal, interpolate) as vectorcall methods: pybind11's general
-// dispatcher costs about as much as the query itself.  Arguments take the
-// same conversions as everywhere else (names, single-precision floats).
+// find_optimal, interpolate, estimate) as vectorcall methods: pybind11's
+// general dispatcher costs about as much as the query itself.  Arguments take
+// the same conversions as everywhere else (names, single-precision floats).
 #include <optional>
+#include <string>
 
 #include "convert.h"
 #include "database.h"
@@ -123,18 +124,32 @@ PyObject* FindOptimal(PyObject* self, PyObject* const* args, Py_ssize_t nargs, P
   });
 }
 
-PyObject* Interpolate(PyObject* self, PyObject* const* args, Py_ssize_t nargs, PyObject* kwnames) {
+// interpolate and estimate: same arguments, same result record.
+using Builder = Sparlane::InterpolationResult (Database::*)(const std::string&, float,
+                                                            const std::string&) const;
+
+template <Builder build>
+PyObject* Build(const char* function, PyObject* self, PyObject* const* args, Py_ssize_t nargs,
+                PyObject* kwnames) {
   static const char* const names[] = {"material", "thickness", "machine_model"};
   PyObject* a[3];
-  if (!ReadArguments("interpolate", names, 3, 3, args, nargs, kwnames, a)) return nullptr;
+  if (!ReadArguments(function, names, 3, 3, args, nargs, kwnames, a)) return nullptr;
   return Answer(self, [&](PyDatabase& database) {
     const Name material = Argument<Name>(a[0], names[0]);
     const float thickness = Thickness(a[1], names[1]);
     const Name machine = Argument<Name>(a[2], names[2]);
     return py::cast(Ask(database, [&](const Database& d) {
-      return d.Interpolate(material.bytes, thickness, machine.bytes);
+      return (d.*build)(material.bytes, thickness, machine.bytes);
     }));
   });
+}
+
+PyObject* Interpolate(PyObject* self, PyObject* const* args, Py_ssize_t nargs, PyObject* kwnames) {
+  return Build<&Database::Interpolate>("interpolate", self, args, nargs, kwnames);
+}
+
+PyObject* Estimate(PyObject* self, PyObject* const* args, Py_ssize_t nargs, PyObject* kwnames) {
+  return Build<&Database::Estimate>("estimate", self, args, nargs, kwnames);
 }
 
 template <PyObject* (*Method)(PyObject*, PyObject* const*, Py_ssize_t, PyObject*)>
@@ -159,6 +174,10 @@ void BindFastQueries(py::handle database_class) {
       {"interpolate", AsCFunction<&Interpolate>(), METH_FASTCALL | METH_KEYWORDS,
        "interpolate($self, /, material, thickness, machine_model)\n--\n\n"
        "Settings for a thickness, with .parameter, .confidence and .extrapolated."},
+      {"estimate", AsCFunction<&Estimate>(), METH_FASTCALL | METH_KEYWORDS,
+       "estimate($self, /, material, thickness, machine_model)\n--\n\n"
+       "Settings for a thickness with the cut speed following a power law of thickness\n"
+       "(docs/estimate.md); an InterpolationResult, as interpolate gives."},
   };
   auto* type = reinterpret_cast<PyTypeObject*>(database_class.ptr());
   for (PyMethodDef& method : methods) {

@@ -97,6 +97,10 @@ void BindTesting(py::module_& t) {
       [](const CuttingParameter& p) { return ToErrorCode(T::ValidateParameter(p)); },
       py::arg("param"), "Strict physical-range check: ErrorCode.SUCCESS or INVALID_PARAMETER.");
   t.def(
+      "explain_parameter", [](const CuttingParameter& p) { return ToStr(T::ExplainParameter(p)); },
+      py::arg("param"),
+      "Why validate_parameter fails the record: its first failing rule; '' when it passes.");
+  t.def(
       "is_statistical_outlier",
       [](Float32 value, const py::iterable& sample, Float32 threshold) {
         std::vector<float> values;

@@ -130,8 +130,8 @@ SPARLANE_C_ASSERT(offsetof(sparlane_parameter_t, current_amps) == 40, parameter_
 SPARLANE_C_ASSERT(offsetof(sparlane_parameter_t, flags) == 48, parameter_flags);
 SPARLANE_C_ASSERT(offsetof(sparlane_parameter_t, reserved_52) == 52, parameter_reserved_52);
 
-/* The 1024-byte file header (Sparlane::FileHeader), for
- * sparlane_testing_validate_header. */
+/* The 1024-byte file header (Sparlane::FileHeader), for sparlane_db_file_header
+ * and sparlane_testing_validate_header. */
 typedef struct sparlane_file_header_t {
   uint32_t magic;
   uint16_t version_major;
@@ -169,8 +169,9 @@ SPARLANE_C_ASSERT(offsetof(sparlane_file_header_t, compression) == 112, file_hea
 SPARLANE_C_ASSERT(offsetof(sparlane_file_header_t, header_crc32) == 128, file_header_crc);
 SPARLANE_C_ASSERT(offsetof(sparlane_file_header_t, creator) == 144, file_header_creator);
 
-/* Result of sparlane_db_interpolate and sparlane_testing_perform_interpolation.
- * confidence 0 means nothing was built. */
+/* Result of sparlane_db_interpolate, sparlane_db_estimate and
+ * sparlane_testing_perform_interpolation.  confidence 0 means nothing was
+ * built. */
 typedef struct sparlane_interpolation_t {
   sparlane_parameter_t parameter;
   float confidence;
@@ -501,6 +502,18 @@ SPARLANE_API int sparlane_db_interpolate_n(const sparlane_db_t* db, const char* 
                                            const char* machine_model, size_t machine_model_length,
                                            sparlane_interpolation_t* out);
 
+/* Settings for a thickness with the cut speed following a power law of
+ * thickness (Estimate; docs/estimate.md), beside sparlane_db_interpolate.
+ * *out is the library's result; returns 1 when something was built
+ * (confidence > 0), else 0.  Not counted in the query metrics. */
+SPARLANE_API int sparlane_db_estimate(const sparlane_db_t* db, const char* material,
+                                      float thickness, const char* machine_model,
+                                      sparlane_interpolation_t* out);
+SPARLANE_API int sparlane_db_estimate_n(const sparlane_db_t* db, const char* material,
+                                        size_t material_length, float thickness,
+                                        const char* machine_model, size_t machine_model_length,
+                                        sparlane_interpolation_t* out);
+
 /* The fastest record of any machine for the material within tolerance
  * (FindOptimal); 1 when found. */
 SPARLANE_API int sparlane_db_find_optimal(const sparlane_db_t* db, const char* material,
@@ -555,6 +568,11 @@ SPARLANE_API int sparlane_db_update_parameter(sparlane_db_t* db, uint32_t id,
 /* Removes the record at 0-based position id: NOT_LOADED, INVALID_PARAMETER. */
 SPARLANE_API int sparlane_db_delete_parameter(sparlane_db_t* db, uint32_t id);
 
+/* Sorts the record table into the order the searches assume (material,
+ * machine, thickness; equal keys keep their order, a NaN thickness last) and
+ * rebuilds the indexes (SortParameters): NOT_LOADED. */
+SPARLANE_API int sparlane_db_sort_parameters(sparlane_db_t* db);
+
 /* Adds a machine model and, when new, its vendor; unused may be NULL:
  * NOT_LOADED, INVALID_PARAMETER, ALREADY_EXISTS. */
 SPARLANE_API int sparlane_db_add_machine(sparlane_db_t* db, const char* vendor, const char* model,
@@ -578,6 +596,29 @@ SPARLANE_API int sparlane_db_add_material_n(sparlane_db_t* db, const char* name,
 SPARLANE_API size_t sparlane_db_vendors(const sparlane_db_t* db, sparlane_name_list_t* out);
 SPARLANE_API size_t sparlane_db_machines(const sparlane_db_t* db, sparlane_name_list_t* out);
 SPARLANE_API size_t sparlane_db_materials(const sparlane_db_t* db, sparlane_name_list_t* out);
+
+/* The id a query resolves a name to (GetVendorId, GetMachineId,
+ * GetMaterialId): exact bytes; a name listed twice maps to its last id.  0
+ * for an unknown name, a NULL handle or name, or when out of memory. */
+SPARLANE_API uint16_t sparlane_db_vendor_id(const sparlane_db_t* db, const char* name);
+SPARLANE_API uint16_t sparlane_db_vendor_id_n(const sparlane_db_t* db, const char* name,
+                                              size_t name_length);
+SPARLANE_API uint16_t sparlane_db_machine_id(const sparlane_db_t* db, const char* name);
+SPARLANE_API uint16_t sparlane_db_machine_id_n(const sparlane_db_t* db, const char* name,
+                                               size_t name_length);
+SPARLANE_API uint16_t sparlane_db_material_id(const sparlane_db_t* db, const char* name);
+SPARLANE_API uint16_t sparlane_db_material_id_n(const sparlane_db_t* db, const char* name,
+                                                size_t name_length);
+
+/* A copy of the whole record table in table order (GetParameters).  Fills
+ * *out and returns its count; free it with sparlane_parameter_list_free. */
+SPARLANE_API size_t sparlane_db_parameters(const sparlane_db_t* db,
+                                           sparlane_parameter_list_t* out);
+
+/* A copy of the header in memory (GetFileHeader): the file's after a load, a
+ * fresh one after create_empty, all zero before either.  SUCCESS, or
+ * INVALID_PARAMETER for NULL. */
+SPARLANE_API int sparlane_db_file_header(const sparlane_db_t* db, sparlane_file_header_t* out);
 
 /* Counts and file figures (GetStatistics); all zero when not loaded.
  * SUCCESS, or INVALID_PARAMETER for NULL. */
@@ -682,6 +723,12 @@ SPARLANE_API int sparlane_testing_adjust_for_torch_angle(const sparlane_paramete
 /* Strict physical-range check of one record: SUCCESS or INVALID_PARAMETER
  * (also for NULL). */
 SPARLANE_API int sparlane_testing_validate_parameter(const sparlane_parameter_t* param);
+
+/* Why sparlane_testing_validate_parameter fails param: the first failing
+ * rule as a short sentence naming the field; "" exactly when it passes.
+ * Returns a string to free with sparlane_free; NULL for a NULL param or when
+ * out of memory. */
+SPARLANE_API char* sparlane_testing_explain_parameter(const sparlane_parameter_t* param);
 
 /* 1 when value lies more than threshold sample deviations from the mean of
  * the count floats at sample; else 0 (also for NULL with count > 0, or when

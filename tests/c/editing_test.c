@@ -1,5 +1,5 @@
-/* Adding, replacing and deleting records and names: every refusal with its
- * code and message. */
+/* Adding, replacing, deleting and sorting records and adding names: every
+ * refusal with its code and message. */
 #include <math.h>
 #include <string.h>
 
@@ -124,6 +124,70 @@ static void DeleteMovesLaterRecordsDown(void) {
   sparlane_db_destroy(db);
 }
 
+static void SortParametersOrdersByMaterialMachineAndThickness(void) {
+  sparlane_db_t* db = sample_db();
+  sparlane_parameter_t appended[3];
+  sparlane_parameter_t found;
+  sparlane_parameter_list_t list;
+  size_t order[kSampleRecords + 3];
+  size_t i;
+  REQUIRE(db != NULL);
+  appended[0] = sample_record(1, 1, 1, 4.0f, 4000.0f);
+  appended[1] = sample_record(1, 1, 2, 2.0f, 3000.0f);
+  /* The same key as table record 3: it stays behind it. */
+  appended[2] = sample_record(1, 2, 1, 6.0f, 3600.0f);
+  for (i = 0; i < 3; ++i) REQUIRE(sparlane_db_add_parameter(db, &appended[i]) == SPARLANE_SUCCESS);
+  /* Appends leave the indexes alone, so the search does not see the record yet. */
+  CHECK_INT(sparlane_db_find_exact(db, "Mild steel", 4.0f, "AIR-45A", 0.001f, &found), 0);
+  CHECK_INT(sparlane_db_sort_parameters(db), SPARLANE_SUCCESS);
+  CHECK_INT(sparlane_db_find_exact(db, "Mild steel", 4.0f, "AIR-45A", 0.001f, &found), 1);
+  CHECK(same_record(&found, &appended[0]));
+  /* Positions before the sort: 0-5 the sample table, 6-8 the appended ones. */
+  order[0] = 0;
+  order[1] = 6;
+  order[2] = 1;
+  order[3] = 2;
+  order[4] = 3;
+  order[5] = 8;
+  order[6] = 4;
+  order[7] = 7;
+  order[8] = 5;
+  CHECK_INT(sparlane_db_parameters(db, &list), kSampleRecords + 3);
+  REQUIRE(list.count == kSampleRecords + 3);
+  for (i = 0; i < list.count; ++i) {
+    sparlane_parameter_t want =
+        order[i] < kSampleRecords ? sample_table(order[i]) : appended[order[i] - kSampleRecords];
+    CHECK(same_record(&list.items[i], &want));
+  }
+  sparlane_parameter_list_free(&list);
+  sparlane_db_destroy(db);
+}
+
+static void SortParametersNeedsALoadedDatabase(void) {
+  sparlane_db_t* db = sparlane_db_create();
+  sparlane_parameter_t first = sample_table(0);
+  sparlane_parameter_t last = sample_record(1, 1, 1, 1.0f, 6000.0f);
+  sparlane_parameter_list_t list;
+  REQUIRE(db != NULL);
+  CHECK_INT(sparlane_db_sort_parameters(db), SPARLANE_NOT_LOADED);
+  CHECK_STR(sparlane_db_last_error(db), "Database not loaded");
+  CHECK_INT(sparlane_db_sort_parameters(NULL), SPARLANE_INVALID_PARAMETER);
+  sparlane_db_destroy(db);
+  /* A closed database is not sorted either: the table stays as it was. */
+  db = sample_db();
+  REQUIRE(db != NULL);
+  REQUIRE(sparlane_db_add_parameter(db, &last) == SPARLANE_SUCCESS);
+  sparlane_db_close(db);
+  CHECK_INT(sparlane_db_sort_parameters(db), SPARLANE_NOT_LOADED);
+  CHECK_STR(sparlane_db_last_error(db), "Database not loaded");
+  CHECK_INT(sparlane_db_parameters(db, &list), kSampleRecords + 1);
+  REQUIRE(list.count == kSampleRecords + 1);
+  CHECK(same_record(&list.items[0], &first));
+  CHECK(same_record(&list.items[kSampleRecords], &last));
+  sparlane_parameter_list_free(&list);
+  sparlane_db_destroy(db);
+}
+
 static void AddMachineAddsItsVendorOnce(void) {
   sparlane_db_t* db = sample_db();
   sparlane_name_list_t names;
@@ -179,6 +243,9 @@ const test_case editing_tests[] = {
     {"EditsRefuseNullArguments", EditsRefuseNullArguments},
     {"UpdateReplacesTheRecordAtAPosition", UpdateReplacesTheRecordAtAPosition},
     {"DeleteMovesLaterRecordsDown", DeleteMovesLaterRecordsDown},
+    {"SortParametersOrdersByMaterialMachineAndThickness",
+     SortParametersOrdersByMaterialMachineAndThickness},
+    {"SortParametersNeedsALoadedDatabase", SortParametersNeedsALoadedDatabase},
     {"AddMachineAddsItsVendorOnce", AddMachineAddsItsVendorOnce},
     {"AddMachineRefusals", AddMachineRefusals},
     {"AddMaterialRefusals", AddMaterialRefusals},

@@ -1,5 +1,6 @@
 /* Names given as pointer and length, so a name may hold a NUL byte, and
  * names read back with their length. */
+#include <math.h>
 #include <string.h>
 
 #include "check.h"
@@ -67,8 +68,26 @@ static void QueriesFindANameWithANulByteByLength(void) {
   CHECK(range.min_thickness_mm == 5.0f && range.max_thickness_mm == 9.0f);
   CHECK_INT(sparlane_db_interpolate_n(db, kNulName, kNulLength, 7.0f, "AIR-45A", 7, &r), 1);
   CHECK_NEAR(r.parameter.cut_speed_mm_min, 3000.0f);
+  CHECK_INT(sparlane_db_estimate_n(db, kNulName, kNulLength, 7.0f, "AIR-45A!", 7, &r), 1);
+  CHECK_NEAR(r.parameter.cut_speed_mm_min, 4000.0 * pow(7.0 / 5.0, log(0.5) / log(9.0 / 5.0)));
+  CHECK_INT(sparlane_db_estimate(db, kNulName, 7.0f, "AIR-45A", &r), 0);
   CHECK_INT(sparlane_db_find_optimal_n(db, kNulName, kNulLength, 9.0f, 0.01f, &found), 1);
   CHECK(found.cut_speed_mm_min == 2000.0f);
+  sparlane_db_destroy(db);
+}
+
+static void NameIdsOfANameWithANulByteByLength(void) {
+  sparlane_db_t* db = db_with_nul_material();
+  REQUIRE(db != NULL);
+  CHECK_INT(sparlane_db_material_id_n(db, kNulName, kNulLength), 3);
+  /* The same bytes up to the NUL are another, unknown name. */
+  CHECK_INT(sparlane_db_material_id(db, kNulName), 0);
+  CHECK_INT(sparlane_db_material_id_n(db, kNulName, 3), 0);
+  CHECK_INT(sparlane_db_vendor_id_n(db, "High definition!", 15), 2);
+  CHECK_INT(sparlane_db_machine_id_n(db, "HD-130!", 6), 3);
+  CHECK_INT(sparlane_db_machine_id_n(db, "HD-130", 5), 0);
+  /* NULL with length 0 is the empty name, which no table lists. */
+  CHECK_INT(sparlane_db_material_id_n(db, NULL, 0), 0);
   sparlane_db_destroy(db);
 }
 
@@ -96,6 +115,7 @@ static void NullWithLengthZeroIsTheEmptyName(void) {
 static void NullWithALengthIsRefused(void) {
   sparlane_db_t* db = sample_db();
   sparlane_parameter_t found;
+  sparlane_interpolation_t r;
   REQUIRE(db != NULL);
   CHECK_INT(sparlane_db_add_material_n(db, NULL, 3), SPARLANE_INVALID_PARAMETER);
   CHECK_STR(sparlane_db_last_error(db), "Name is NULL");
@@ -103,6 +123,11 @@ static void NullWithALengthIsRefused(void) {
   CHECK_INT(sparlane_db_add_machine_n(db, "V", 1, "M", 1, NULL, 4), SPARLANE_INVALID_PARAMETER);
   CHECK_STR(sparlane_db_last_error(db), "Name is NULL");
   CHECK_INT(sparlane_db_find_exact_n(db, NULL, 4, 6.0f, "AIR-45A", 7, 0.01f, &found), 0);
+  CHECK_INT(sparlane_db_estimate_n(db, "Mild steel", 10, 8.0f, NULL, 7, &r), 0);
+  CHECK(r.confidence == 0.0f);
+  CHECK_INT(sparlane_db_vendor_id_n(db, NULL, 10), 0);
+  CHECK_INT(sparlane_db_machine_id_n(db, NULL, 7), 0);
+  CHECK_INT(sparlane_db_material_id_n(db, NULL, 10), 0);
   CHECK_INT(sparlane_db_add_material_n(NULL, "x", 1), SPARLANE_INVALID_PARAMETER);
   CHECK_INT(sparlane_db_add_machine_n(NULL, "V", 1, "M", 1, NULL, 0), SPARLANE_INVALID_PARAMETER);
   sparlane_db_destroy(db);
@@ -111,6 +136,7 @@ static void NullWithALengthIsRefused(void) {
 const test_case names_tests[] = {
     {"NameWithANulByteIsKeptWhole", NameWithANulByteIsKeptWhole},
     {"QueriesFindANameWithANulByteByLength", QueriesFindANameWithANulByteByLength},
+    {"NameIdsOfANameWithANulByteByLength", NameIdsOfANameWithANulByteByLength},
     {"LengthLimitsTheName", LengthLimitsTheName},
     {"NullWithLengthZeroIsTheEmptyName", NullWithLengthZeroIsTheEmptyName},
     {"NullWithALengthIsRefused", NullWithALengthIsRefused},

@@ -75,6 +75,7 @@ static int op_update_parameter(sparlane_db_t* db) {
   return sparlane_db_update_parameter(db, 0, &p);
 }
 static int op_delete_parameter(sparlane_db_t* db) { return sparlane_db_delete_parameter(db, 0); }
+static int op_sort_parameters(sparlane_db_t* db) { return sparlane_db_sort_parameters(db); }
 static int op_add_machine(sparlane_db_t* db) {
   return sparlane_db_add_machine(db, "A vendor with a long enough name", kLongName, NULL);
 }
@@ -140,6 +141,7 @@ static void EveryFallibleCallReportsExhaustedMemory(void) {
              {op_add_parameter, SPARLANE_SUCCESS, "add_parameter"},
              {op_update_parameter, SPARLANE_SUCCESS, "update_parameter"},
              {op_delete_parameter, SPARLANE_SUCCESS, "delete_parameter"},
+             {op_sort_parameters, SPARLANE_SUCCESS, "sort_parameters"},
              {op_add_machine, SPARLANE_SUCCESS, "add_machine"},
              {op_add_material, SPARLANE_SUCCESS, "add_material"},
              {op_export_csv, SPARLANE_SUCCESS, "export_csv"},
@@ -170,6 +172,8 @@ static void QueriesGiveTheEmptyResultWhenMemoryRunsOut(void) {
   sparlane_name_list_t names;
   sparlane_interpolation_t r;
   const float sample[] = {1.0f, 2.0f, 3.0f, 50.0f};
+  sparlane_parameter_t bad = sample_record(0, 1, 1, 6.0f, 3000.0f);
+  char* why;
   REQUIRE(db != NULL);
   REQUIRE(sparlane_db_add_material(db, kLongName) == SPARLANE_SUCCESS);
 
@@ -180,6 +184,24 @@ static void QueriesGiveTheEmptyResultWhenMemoryRunsOut(void) {
   CHECK_INT(sparlane_db_interpolate(db, kLongName, 6.0f, "AIR-45A", &r), 0);
   CHECK(failure_happened());
   CHECK(r.confidence == 0.0f);
+  fail_allocation(0);
+  CHECK_INT(sparlane_db_estimate(db, kLongName, 6.0f, "AIR-45A", &r), 0);
+  CHECK(failure_happened());
+  CHECK(r.confidence == 0.0f);
+  fail_allocation(0);
+  CHECK_INT(sparlane_db_material_id(db, kLongName), 0);
+  CHECK(failure_happened());
+  fail_allocation(0);
+  CHECK_INT(sparlane_db_parameters(db, &list), 0);
+  CHECK(failure_happened());
+  CHECK(list.items == NULL && list.count == 0);
+  fail_allocation(1);
+  CHECK_INT(sparlane_db_parameters(db, &list), 0);
+  CHECK(failure_happened());
+  CHECK(list.items == NULL && list.count == 0);
+  fail_allocation(0);
+  CHECK(sparlane_testing_explain_parameter(&bad) == NULL);
+  CHECK(failure_happened());
   fail_allocation(0);
   CHECK_INT(sparlane_db_find_by_material(db, "Mild steel", &list), 0);
   CHECK(failure_happened());
@@ -201,7 +223,37 @@ static void QueriesGiveTheEmptyResultWhenMemoryRunsOut(void) {
   /* And with memory back, the same calls answer. */
   CHECK_INT(sparlane_db_find_by_material(db, "Mild steel", &list), 5);
   sparlane_parameter_list_free(&list);
+  CHECK_INT(sparlane_db_parameters(db, &list), kSampleRecords);
+  sparlane_parameter_list_free(&list);
+  CHECK_INT(sparlane_db_material_id(db, kLongName), 3);
+  why = sparlane_testing_explain_parameter(&bad);
+  CHECK_STR(why, "vendor_id must not be 0");
+  sparlane_free(why);
   CHECK_INT(sparlane_testing_is_statistical_outlier(50.0f, sample, 4, 1.0f), 1);
+  sparlane_db_destroy(db);
+}
+
+static void EstimateGivesTheEmptyResultWhereverMemoryRunsOut(void) {
+  /* Each allocation of the call fails in turn; the run that meets none
+     answers in full. */
+  sparlane_db_t* db = sample_db();
+  sparlane_interpolation_t r;
+  long n;
+  REQUIRE(db != NULL);
+  for (n = 0; n < 1000; ++n) {
+    int found;
+    memset(&r, 0xAB, sizeof r);
+    fail_allocation(n);
+    found = sparlane_db_estimate(db, "Mild steel", 8.0f, "AIR-45A", &r);
+    if (!failure_happened()) {
+      CHECK_INT(found, 1);
+      CHECK(r.confidence > 0.0f && r.parameter.thickness_mm == 8.0f);
+      break;
+    }
+    CHECK_INT(found, 0);
+    CHECK(r.confidence == 0.0f && r.extrapolated == 0 && r.parameter.material_id == 0);
+  }
+  CHECK(n < 1000);
   sparlane_db_destroy(db);
 }
 
@@ -234,6 +286,8 @@ const test_case out_of_memory_tests[] = {
     {"EveryFallibleCallReportsExhaustedMemory", EveryFallibleCallReportsExhaustedMemory},
     {"HandleCreationGivesNullWhenMemoryRunsOut", HandleCreationGivesNullWhenMemoryRunsOut},
     {"QueriesGiveTheEmptyResultWhenMemoryRunsOut", QueriesGiveTheEmptyResultWhenMemoryRunsOut},
+    {"EstimateGivesTheEmptyResultWhereverMemoryRunsOut",
+     EstimateGivesTheEmptyResultWhereverMemoryRunsOut},
     {"FailureWhoseMessageCannotBeCopiedKeepsItsCode",
      FailureWhoseMessageCannotBeCopiedKeepsItsCode},
     TEST_END};

@@ -76,6 +76,15 @@ static void QueriesWithNullArgumentsGiveTheEmptyResult(void) {
   CHECK(all_zero(&result.parameter, sizeof result.parameter));
   CHECK_INT(sparlane_db_interpolate(db, "Mild steel", 8.0f, NULL, &result), 0);
   CHECK_INT(sparlane_db_interpolate(db, "Mild steel", 8.0f, "AIR-45A", NULL), 0);
+  memset(&result, 0xAB, sizeof result);
+  CHECK_INT(sparlane_db_estimate(NULL, "Mild steel", 8.0f, "AIR-45A", &result), 0);
+  CHECK(result.confidence == 0.0f && result.extrapolated == 0);
+  CHECK(all_zero(&result.parameter, sizeof result.parameter));
+  memset(&result, 0xAB, sizeof result);
+  CHECK_INT(sparlane_db_estimate(db, NULL, 8.0f, "AIR-45A", &result), 0);
+  CHECK(result.confidence == 0.0f && all_zero(&result.parameter, sizeof result.parameter));
+  CHECK_INT(sparlane_db_estimate(db, "Mild steel", 8.0f, NULL, &result), 0);
+  CHECK_INT(sparlane_db_estimate(db, "Mild steel", 8.0f, "AIR-45A", NULL), 0);
   sparlane_db_destroy(db);
 }
 
@@ -206,6 +215,128 @@ static void InterpolateWithNothingToBuildOnGivesZeroConfidence(void) {
   sparlane_db_destroy(db);
 }
 
+/* The speed law through rows (ta, va) and (tb, vb), at t. */
+static double speed_law(double ta, double va, double tb, double vb, double t) {
+  return va * pow(t / ta, log(vb / va) / log(tb / ta));
+}
+
+static void EstimateBetweenRowsFollowsThePowerLaw(void) {
+  /* Mild steel on AIR-45A: 3 mm 5000, 6 mm 3000, 10 mm 2000 mm/min. */
+  sparlane_db_t* db = sample_db();
+  sparlane_parameter_t a = sample_table(1);
+  sparlane_parameter_t b = sample_table(2);
+  sparlane_parameter_t want;
+  sparlane_interpolation_t r;
+  double u, e;
+  REQUIRE(db != NULL);
+  REQUIRE(sparlane_testing_interpolate_linear(&a, &b, 8.0f, &want) == SPARLANE_SUCCESS);
+  CHECK_INT(sparlane_db_estimate(db, "Mild steel", 8.0f, "AIR-45A", &r), 1);
+  CHECK_INT(r.extrapolated, 0);
+  /* Every field is the linear step's but the speed, which follows the law. */
+  CHECK_NEAR(r.parameter.cut_speed_mm_min, speed_law(6.0, 3000.0, 10.0, 2000.0, 8.0));
+  CHECK(r.parameter.cut_speed_mm_min < 2450.0f); /* the straight line gives 2500 */
+  want.cut_speed_mm_min = r.parameter.cut_speed_mm_min;
+  CHECK(same_record(&r.parameter, &want));
+  /* Log distance to the nearer row over the pair's log span; the law judged
+     at the 3 mm row beside the pair. */
+  u = fabs(log(8.0 / 10.0)) / log(10.0 / 6.0);
+  e = fabs(speed_law(6.0, 3000.0, 10.0, 2000.0, 3.0) - 5000.0) / 5000.0;
+  CHECK_NEAR(r.confidence, (1.0 / (1.0 + e)) * (1.0 - u));
+  sparlane_db_destroy(db);
+}
+
+static void EstimateAtAListedRowGivesItUnchanged(void) {
+  sparlane_db_t* db = sample_db();
+  sparlane_interpolation_t r;
+  sparlane_parameter_t expected = sample_table(1);
+  REQUIRE(db != NULL);
+  CHECK_INT(sparlane_db_estimate(db, "Mild steel", 6.0005f, "AIR-45A", &r), 1);
+  CHECK(r.confidence == 1.0f);
+  CHECK_INT(r.extrapolated, 0);
+  CHECK(same_record(&r.parameter, &expected));
+  sparlane_db_destroy(db);
+}
+
+static void EstimateBeyondTheRowsContinuesThem(void) {
+  sparlane_db_t* db = sample_db();
+  sparlane_interpolation_t r;
+  double u, e;
+  REQUIRE(db != NULL);
+  CHECK_INT(sparlane_db_estimate(db, "Mild steel", 20.0f, "AIR-45A", &r), 1);
+  CHECK_INT(r.extrapolated, 1);
+  CHECK(r.parameter.thickness_mm == 20.0f);
+  CHECK(r.parameter.flags & SPARLANE_FLAG_DERIVED);
+  /* From the nearest row (10 mm) and the next (6 mm). */
+  CHECK_NEAR(r.parameter.cut_speed_mm_min, speed_law(10.0, 2000.0, 6.0, 3000.0, 20.0));
+  CHECK_NEAR(r.parameter.arc_voltage_v, 130.0 + (130.0 - 126.0) * (20.0 - 10.0) / (10.0 - 6.0));
+  CHECK(r.parameter.kerf_width_mm == 1.5f);
+  CHECK_INT(r.parameter.current_amps, 65);
+  u = log(20.0 / 10.0) / log(10.0 / 6.0);
+  e = fabs(speed_law(10.0, 2000.0, 6.0, 3000.0, 3.0) - 5000.0) / 5000.0;
+  CHECK_NEAR(r.confidence, 0.7 * (1.0 / (1.0 + e)) / (1.0 + u));
+  sparlane_db_destroy(db);
+}
+
+static void EstimateFromOneRowExtrapolatesConservatively(void) {
+  /* Stainless steel has one row: AIR-45A, 4 mm. */
+  sparlane_db_t* db = sample_db();
+  sparlane_parameter_t row = sample_table(5);
+  sparlane_parameter_t want;
+  sparlane_interpolation_t r;
+  REQUIRE(db != NULL);
+  REQUIRE(sparlane_testing_extrapolate_conservative(&row, 8.0f, &want) == SPARLANE_SUCCESS);
+  CHECK_INT(sparlane_db_estimate(db, "Stainless steel", 8.0f, "AIR-45A", &r), 1);
+  CHECK(same_record(&r.parameter, &want));
+  CHECK_INT(r.extrapolated, 1);
+  CHECK_NEAR(r.confidence, 0.35 / (1.0 + log(2.0)));
+  sparlane_db_destroy(db);
+}
+
+static void EstimateWithNothingToBuildOnGivesTheEmptyResult(void) {
+  const float thicknesses[] = {0.0f, -1.0f, NAN, INFINITY};
+  sparlane_db_t* db = sample_db();
+  sparlane_db_t* fresh = sparlane_db_create();
+  sparlane_interpolation_t r;
+  size_t i;
+  REQUIRE(db != NULL && fresh != NULL);
+  for (i = 0; i < sizeof thicknesses / sizeof thicknesses[0]; ++i) {
+    memset(&r, 0xAB, sizeof r);
+    CHECK_INT(sparlane_db_estimate(db, "Mild steel", thicknesses[i], "AIR-45A", &r), 0);
+    CHECK(r.confidence == 0.0f && r.extrapolated == 0);
+    CHECK(all_zero(&r.parameter, sizeof r.parameter));
+  }
+  memset(&r, 0xAB, sizeof r);
+  CHECK_INT(sparlane_db_estimate(db, "Copper", 8.0f, "AIR-45A", &r), 0);
+  CHECK(r.confidence == 0.0f && all_zero(&r.parameter, sizeof r.parameter));
+  CHECK_INT(sparlane_db_estimate(db, "Mild steel", 8.0f, "AIR-99", &r), 0);
+  /* Stainless steel is not listed on HD-130. */
+  CHECK_INT(sparlane_db_estimate(db, "Stainless steel", 8.0f, "HD-130", &r), 0);
+  CHECK_INT(sparlane_db_estimate(fresh, "Mild steel", 8.0f, "AIR-45A", &r), 0);
+  /* Closed: the records are still in memory, but nothing is answered. */
+  sparlane_db_close(db);
+  memset(&r, 0xAB, sizeof r);
+  CHECK_INT(sparlane_db_estimate(db, "Mild steel", 8.0f, "AIR-45A", &r), 0);
+  CHECK(r.confidence == 0.0f && all_zero(&r.parameter, sizeof r.parameter));
+  sparlane_db_destroy(fresh);
+  sparlane_db_destroy(db);
+}
+
+static void EstimateIsNotCountedInTheMetrics(void) {
+  sparlane_db_t* db = sample_db();
+  sparlane_performance_metrics_t m;
+  sparlane_interpolation_t r;
+  REQUIRE(db != NULL);
+  sparlane_db_reset_performance_metrics(db);
+  CHECK_INT(sparlane_db_estimate(db, "Mild steel", 8.0f, "AIR-45A", &r), 1);
+  CHECK_INT(sparlane_db_estimate(db, "Copper", 8.0f, "AIR-45A", &r), 0);
+  CHECK_INT(sparlane_db_performance_metrics(db, &m), SPARLANE_SUCCESS);
+  CHECK_INT(m.total_queries, 0);
+  CHECK_INT(sparlane_db_interpolate(db, "Mild steel", 8.0f, "AIR-45A", &r), 1);
+  CHECK_INT(sparlane_db_performance_metrics(db, &m), SPARLANE_SUCCESS);
+  CHECK_INT(m.total_queries, 1);
+  sparlane_db_destroy(db);
+}
+
 static void FindOptimalGivesTheFastestMachine(void) {
   sparlane_db_t* db = sample_db();
   sparlane_parameter_t found;
@@ -253,6 +384,14 @@ const test_case queries_tests[] = {
     {"InterpolateBeyondTheTableExtrapolates", InterpolateBeyondTheTableExtrapolates},
     {"InterpolateWithNothingToBuildOnGivesZeroConfidence",
      InterpolateWithNothingToBuildOnGivesZeroConfidence},
+    {"EstimateBetweenRowsFollowsThePowerLaw", EstimateBetweenRowsFollowsThePowerLaw},
+    {"EstimateAtAListedRowGivesItUnchanged", EstimateAtAListedRowGivesItUnchanged},
+    {"EstimateBeyondTheRowsContinuesThem", EstimateBeyondTheRowsContinuesThem},
+    {"EstimateFromOneRowExtrapolatesConservatively",
+     EstimateFromOneRowExtrapolatesConservatively},
+    {"EstimateWithNothingToBuildOnGivesTheEmptyResult",
+     EstimateWithNothingToBuildOnGivesTheEmptyResult},
+    {"EstimateIsNotCountedInTheMetrics", EstimateIsNotCountedInTheMetrics},
     {"FindOptimalGivesTheFastestMachine", FindOptimalGivesTheFastestMachine},
     {"AdjustForMaxSpeedCapsTheSpeed", AdjustForMaxSpeedCapsTheSpeed},
     {"EffectiveThicknessOfATiltedTorch", EffectiveThicknessOfATiltedTorch},

@@ -172,6 +172,37 @@ static void ValidateParameterChecksPhysicalRanges(void) {
   CHECK_INT(sparlane_testing_validate_parameter(NULL), SPARLANE_INVALID_PARAMETER);
 }
 
+/* The reason for p, compared with want; "" for a passing record. */
+static void check_reason(sparlane_parameter_t p, const char* want) {
+  char* why = sparlane_testing_explain_parameter(&p);
+  CHECK(why != NULL);
+  CHECK_STR(why, want);
+  /* Exactly the records the check fails have a reason. */
+  CHECK_INT(sparlane_testing_validate_parameter(&p),
+            want[0] == '\0' ? SPARLANE_SUCCESS : SPARLANE_INVALID_PARAMETER);
+  sparlane_free(why);
+}
+
+static void ExplainParameterNamesTheFirstFailingRule(void) {
+  sparlane_parameter_t p = sample_record(1, 1, 1, 10.0f, 2000.0f);
+  check_reason(p, "");
+  p.cut_height_mm = 5.0f;
+  check_reason(p, "cut_height_mm must not exceed pierce_height_mm");
+  p.cut_speed_mm_min = 5.0f;
+  check_reason(p, "cut_speed_mm_min must be 10 to 20000 mm/min");
+  p.vendor_id = 0;
+  check_reason(p, "vendor_id must not be 0");
+  p.thickness_mm = NAN;
+  check_reason(p, "thickness_mm must be a finite number");
+  p = sample_record(1, 1, 1, 10.0f, 2000.0f);
+  p.current_amps = 1001;
+  check_reason(p, "current_amps must be 1 to 1000 A");
+  p = sample_record(1, 1, 1, 10.0f, 2000.0f);
+  p.kerf_width_mm = -0.5f;
+  check_reason(p, "kerf_width_mm must not be negative");
+  CHECK(sparlane_testing_explain_parameter(NULL) == NULL);
+}
+
 static void StatisticalOutlier(void) {
   const float sample[] = {10.0f, 11.0f, 9.0f, 10.0f, 10.0f};
   CHECK_INT(sparlane_testing_is_statistical_outlier(20.0f, sample, 5, 2.0f), 1);
@@ -190,5 +221,6 @@ const test_case testing_functions_tests[] = {
     {"ExtrapolateConservativelyBothWays", ExtrapolateConservativelyBothWays},
     {"TorchAngleAdjustment", TorchAngleAdjustment},
     {"ValidateParameterChecksPhysicalRanges", ValidateParameterChecksPhysicalRanges},
+    {"ExplainParameterNamesTheFirstFailingRule", ExplainParameterNamesTheFirstFailingRule},
     {"StatisticalOutlier", StatisticalOutlier},
     TEST_END};

@@ -1,5 +1,5 @@
-"""Adding, replacing and deleting records and names: every refusal with its
-code and message."""
+"""Adding, replacing, deleting and sorting records and adding names: every
+refusal with its code and message."""
 
 import math
 
@@ -72,6 +72,30 @@ def test_positions_outside_32_bits_are_type_errors(db):
         db.delete_parameter(-1)
     with pytest.raises(TypeError):
         db.delete_parameter(2 ** 32)
+
+
+def test_sort_parameters_orders_by_material_machine_and_thickness(db):
+    table = sample_records()
+    appended = [record(1, 1, 1, 4.0, 4000.0), record(1, 1, 2, 2.0, 3000.0),
+                # the same key as table record 3: it stays behind it
+                record(1, 2, 1, 6.0, 3600.0)]
+    for p in appended:
+        db.add_parameter(p)
+    # Appends leave the indexes alone, so the search does not see the record yet.
+    assert db.find_exact("Mild steel", 4.0, "AIR-45A") is None
+    assert db.sort_parameters() is None
+    assert db.find_exact("Mild steel", 4.0, "AIR-45A") == appended[0]
+    assert db.parameters() == [table[0], appended[0], table[1], table[2], table[3],
+                               appended[2], table[4], appended[1], table[5]]
+
+
+def test_sort_parameters_needs_a_loaded_database(db):
+    assert refusal(sparlane.Database().sort_parameters) == (E.NOT_LOADED, "Database not loaded")
+    last = record(1, 1, 1, 1.0, 6000.0)
+    db.add_parameter(last)
+    db.close()
+    assert refusal(db.sort_parameters) == (E.NOT_LOADED, "Database not loaded")
+    assert db.parameters() == sample_records() + [last]
 
 
 def test_add_machine_adds_its_vendor_once(db):

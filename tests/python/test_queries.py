@@ -107,6 +107,94 @@ def test_interpolate_with_nothing_to_build_on_gives_zero_confidence(db):
         assert r.confidence == 0.0 and not r.extrapolated
 
 
+def speed_law(ta, va, tb, vb, t):
+    """The power law of speed through rows (ta, va) and (tb, vb), at t."""
+    return va * (t / ta) ** (math.log(vb / va) / math.log(tb / ta))
+
+
+def test_estimate_between_rows_follows_the_power_law(db):
+    # Mild steel on AIR-45A: 3 mm 5000, 6 mm 3000, 10 mm 2000 mm/min.
+    r = db.estimate("Mild steel", 8.0, "AIR-45A")
+    assert isinstance(r, sparlane.InterpolationResult)
+    assert not r.extrapolated
+    speed = speed_law(6.0, 3000.0, 10.0, 2000.0, 8.0)
+    assert r.parameter.cut_speed_mm_min == pytest.approx(speed, rel=1e-6)
+    # Every other field is the linear step's.
+    want = sparlane.testing.interpolate_linear(sample_records()[1], sample_records()[2], 8.0)
+    want.cut_speed_mm_min = r.parameter.cut_speed_mm_min
+    assert r.parameter == want
+    u = abs(math.log(8.0 / 10.0)) / math.log(10.0 / 6.0)
+    e = abs(speed_law(6.0, 3000.0, 10.0, 2000.0, 3.0) - 5000.0) / 5000.0
+    assert r.confidence == pytest.approx((1.0 - u) / (1.0 + e), rel=1e-6)
+
+
+def test_estimate_at_a_listed_row_gives_it_unchanged(db):
+    r = db.estimate("Mild steel", 6.0005, "AIR-45A")
+    assert r.confidence == 1.0 and not r.extrapolated
+    assert r.parameter == sample_records()[1]
+
+
+def test_estimate_beyond_the_rows_continues_them(db):
+    r = db.estimate("Mild steel", 20.0, "AIR-45A")
+    assert r.extrapolated
+    assert r.parameter.thickness_mm == 20.0
+    assert r.parameter.flags & sparlane.FLAG_DERIVED
+    assert r.parameter.cut_speed_mm_min == pytest.approx(
+        speed_law(10.0, 2000.0, 6.0, 3000.0, 20.0), rel=1e-6)
+    assert r.parameter.arc_voltage_v == pytest.approx(140.0, rel=1e-6)
+    assert r.parameter.current_amps == 65
+    u = math.log(20.0 / 10.0) / math.log(10.0 / 6.0)
+    e = abs(speed_law(10.0, 2000.0, 6.0, 3000.0, 3.0) - 5000.0) / 5000.0
+    assert r.confidence == pytest.approx(0.7 / (1.0 + e) / (1.0 + u), rel=1e-6)
+
+
+def test_estimate_from_one_row_extrapolates_conservatively(db):
+    r = db.estimate("Stainless steel", 8.0, "AIR-45A")
+    assert r.parameter == sparlane.testing.extrapolate_conservative(sample_records()[5], 8.0)
+    assert r.extrapolated
+    assert r.confidence == pytest.approx(0.35 / (1.0 + math.log(2.0)), rel=1e-6)
+
+
+@pytest.mark.parametrize("material, thickness, machine", [
+    ("Mild steel", 0.0, "AIR-45A"),
+    ("Mild steel", -1.0, "AIR-45A"),
+    ("Mild steel", math.nan, "AIR-45A"),
+    ("Mild steel", math.inf, "AIR-45A"),
+    ("Copper", 8.0, "AIR-45A"),
+    ("Mild steel", 8.0, "AIR-99"),
+    ("Stainless steel", 8.0, "HD-130"),
+])
+def test_estimate_with_nothing_to_build_on_gives_the_empty_result(db, material, thickness,
+                                                                   machine):
+    assert db.estimate(material, thickness, machine) == sparlane.InterpolationResult()
+
+
+def test_estimate_of_a_closed_database_gives_the_empty_result(db):
+    db.close()
+    assert db.estimate("Mild steel", 8.0, "AIR-45A") == sparlane.InterpolationResult()
+
+
+def test_estimate_is_not_counted_in_the_metrics(db):
+    db.reset_performance_metrics()
+    db.estimate("Mild steel", 8.0, "AIR-45A")
+    db.estimate("Copper", 8.0, "AIR-45A")
+    assert db.performance_metrics().total_queries == 0
+    db.interpolate("Mild steel", 8.0, "AIR-45A")
+    assert db.performance_metrics().total_queries == 1
+
+
+def test_estimate_takes_names_as_bytes_and_arguments_by_keyword(db):
+    expected = db.estimate("Mild steel", 8.0, "AIR-45A")
+    assert db.estimate(b"Mild steel", 8.0, b"AIR-45A") == expected
+    assert db.estimate(machine_model="AIR-45A", thickness=8.0, material="Mild steel") == expected
+    with pytest.raises(TypeError, match="missing required argument 'machine_model'"):
+        db.estimate("Mild steel", 8.0)
+    with pytest.raises(TypeError, match="thickness: cannot take str"):
+        db.estimate("Mild steel", "8", "AIR-45A")
+    with pytest.raises(OverflowError):
+        db.estimate("Mild steel", 1e39, "AIR-45A")
+
+
 def test_find_optimal_gives_the_fastest_machine(db):
     assert db.find_optimal("Mild steel", 6.0, 0.01) == sample_records()[3]
     assert db.find_optimal("Mild steel", 6.0) == sample_records()[3]
@@ -170,5 +258,7 @@ def test_query_signatures_are_visible():
     import inspect
     assert list(inspect.signature(sparlane.Database.find_exact).parameters) == [
         "self", "material", "thickness", "machine_model", "tolerance"]
+    assert list(inspect.signature(sparlane.Database.estimate).parameters) == [
+        "self", "material", "thickness", "machine_model"]
     tolerance = inspect.signature(sparlane.Database.find_optimal).parameters["tolerance"]
     assert tolerance.default == 0.001

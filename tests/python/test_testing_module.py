@@ -116,6 +116,30 @@ def test_validate_parameter_checks_physical_ranges():
     assert testing.validate_parameter(record(1, 1, 1, 400.0, 2000.0)) == E.INVALID_PARAMETER
 
 
+@pytest.mark.parametrize("changes, reason", [
+    ({}, ""),
+    ({"cut_height_mm": 5.0}, "cut_height_mm must not exceed pierce_height_mm"),
+    ({"cut_height_mm": 5.0, "cut_speed_mm_min": 5.0},
+     "cut_speed_mm_min must be 10 to 20000 mm/min"),
+    ({"cut_speed_mm_min": 5.0, "vendor_id": 0}, "vendor_id must not be 0"),
+    ({"vendor_id": 0, "thickness_mm": math.nan}, "thickness_mm must be a finite number"),
+    ({"current_amps": 1001}, "current_amps must be 1 to 1000 A"),
+    ({"kerf_width_mm": -0.5}, "kerf_width_mm must not be negative"),
+])
+def test_explain_parameter_names_the_first_failing_rule(changes, reason):
+    p = record(1, 1, 1, 10.0, 2000.0)
+    for field, value in changes.items():
+        setattr(p, field, value)
+    assert testing.explain_parameter(p) == reason
+    # Exactly the records the check fails have a reason.
+    assert (testing.validate_parameter(p) == E.SUCCESS) == (reason == "")
+
+
+def test_explain_parameter_takes_only_records():
+    with pytest.raises(TypeError):
+        testing.explain_parameter(None)
+
+
 def test_statistical_outlier():
     sample = [10.0, 11.0, 9.0, 10.0, 10.0]
     assert testing.is_statistical_outlier(20.0, sample, 2.0) is True

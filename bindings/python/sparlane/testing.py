@@ -11,6 +11,7 @@ perform_interpolation = _testing.perform_interpolation
 extrapolate_conservative = _testing.extrapolate_conservative
 adjust_for_torch_angle = _testing.adjust_for_torch_angle
 validate_parameter = _testing.validate_parameter
+explain_parameter = _testing.explain_parameter
 is_statistical_outlier = _testing.is_statistical_outlier
 
 __all__ = [
@@ -22,5 +23,6 @@ __all__ = [
     "extrapolate_conservative",
     "adjust_for_torch_angle",
     "validate_parameter",
+    "explain_parameter",
     "is_statistical_outlier",
 ]
