@@ -1,0 +1,30 @@
+#include "estimator.h"
+
+#include <CLI/CLI.hpp>
+#include <map>
+
+namespace slb {
+
+const char* EstimatorName(Estimator estimator) {
+  return estimator == Estimator::Power ? "power" : "linear";
+}
+
+CLI::Option* AddModelOption(CLI::App* command, Estimator& estimator) {
+  static const std::map<std::string, Estimator> kNames = {{"linear", Estimator::Linear},
+                                                          {"power", Estimator::Power}};
+  return command
+      ->add_option("--model", estimator,
+                   "Settings between and beyond the listed rows: linear (the default) or power "
+                   "(cut speed as a power law of thickness)")
+      ->transform(CLI::CheckedTransformer(kNames))
+      ->type_name("linear|power");
+}
+
+Sparlane::InterpolationResult EstimateSettings(const Sparlane::Database& db, Estimator estimator,
+                                               const std::string& material, float thickness_mm,
+                                               const std::string& machine_model) {
+  return estimator == Estimator::Power ? db.Estimate(material, thickness_mm, machine_model)
+                                       : db.Interpolate(material, thickness_mm, machine_model);
+}
+
+}  // namespace slb
