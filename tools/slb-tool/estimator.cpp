@@ -1,7 +1,6 @@
 #include "estimator.h"
 
 #include <CLI/CLI.hpp>
-#include <map>
 
 namespace slb {
 
@@ -10,13 +9,15 @@ const char* EstimatorName(Estimator estimator) {
 }
 
 CLI::Option* AddModelOption(CLI::App* command, Estimator& estimator) {
-  static const std::map<std::string, Estimator> kNames = {{"linear", Estimator::Linear},
-                                                          {"power", Estimator::Power}};
   return command
-      ->add_option("--model", estimator,
-                   "Settings between and beyond the listed rows: linear (the default) or power "
-                   "(cut speed as a power law of thickness)")
-      ->transform(CLI::CheckedTransformer(kNames))
+      ->add_option_function<std::string>(
+          "--model",
+          [&estimator](const std::string& name) {
+            estimator = name == "power" ? Estimator::Power : Estimator::Linear;
+          },
+          "Settings between and beyond the listed rows: linear (the default) or power "
+          "(cut speed as a power law of thickness)")
+      ->check(CLI::IsMember({"linear", "power"}))
       ->type_name("linear|power");
 }
 
