@@ -118,14 +118,6 @@ class Collector {
                     (request_.vendor.empty() ? "" : " by " + request_.vendor));
       return false;
     }
-    for (const auto& r : records_) {
-      if (r.vendor_id != records_.front().vendor_id) {
-        problems_.Add(request_.machine + " is listed under more than one vendor (" +
-                      catalogue_.Vendor(records_.front().vendor_id) + ", " +
-                      catalogue_.Vendor(r.vendor_id) + "); choose one with --vendor");
-        return false;
-      }
-    }
     file_.vendor = catalogue_.Vendor(records_.front().vendor_id);
     const std::string vendor_problem = NameProblem("vendor", file_.vendor);
     if (!vendor_problem.empty()) problems_.Add(vendor_problem);
