@@ -144,7 +144,8 @@ void RegisterExportCommand(CLI::App& app, int& status) {
     std::size_t given = 0;
     for (auto* output : outputs) given += output->count() > 0 ? 1 : 0;
     if (given != 1) {
-      throw CLI::ValidationError("export needs exactly one of --csv, --json, --plasmac, --sheetcam");
+      throw CLI::ValidationError(
+          "export needs exactly one of --csv, --json, --plasmac, --sheetcam");
     }
     const bool for_controller = plasmac->count() > 0 || sheetcam->count() > 0;
     if (for_controller && machine->count() == 0) throw CLI::RequiredError("--machine");
