@@ -59,10 +59,12 @@ TEST(Usage, ListOfAnUnknownTableIsAUsageError) {
   EXPECT_EQ(RunTool({"list", SamplePath(), "torches"}).status, 2);
 }
 
-TEST(Usage, ExportNeedsCsvOrJson) {
+TEST(Usage, ExportNeedsOneOutputFormat) {
   const auto run = RunTool({"export", SamplePath()});
   EXPECT_EQ(run.status, 2);
-  EXPECT_NE(run.err.find("--csv or --json"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("export needs exactly one of --csv, --json, --plasmac, --sheetcam"),
+            std::string::npos)
+      << run.err;
 }
 
 TEST(Usage, ExportWithCsvAndJsonIsAUsageError) {

@@ -187,7 +187,7 @@ int RunCalc(const CalcOptions& options) {
     std::fputs(JsonText(json).c_str(), stdout);
     return kExitOk;
   }
-  std::printf("record (%s):\n", ModeName(options.request.Mode()));
+  std::printf("record (%s):\n", ModeLabel(options.request).c_str());
   std::fputs(SettingsTable(selection.record, catalogue).c_str(), stdout);
   if (options.request.Mode() == SelectionMode::Interpolate) {
     std::printf("confidence: %s\nextrapolated: %s\n",

@@ -19,7 +19,7 @@ void PrintText(const RecordRequest& request, const Selection& selection,
   const auto mode = request.Mode();
   std::printf("%s %s mm on %s (%s)\n", request.material.c_str(),
               ShopNumber(request.thickness, Unit::kMillimetre).c_str(), request.machine.c_str(),
-              ModeName(mode));
+              ModeLabel(request).c_str());
   std::fputs(SettingsTable(selection.record, catalogue).c_str(), stdout);
   if (mode != SelectionMode::Interpolate) return;
   std::printf("confidence: %s\n", ShopNumber(selection.confidence, Unit::kConfidence).c_str());

@@ -1,15 +1,13 @@
 #include "entry_naming.h"
 
-#include <map>
 #include <regex>
 
 #include "number_format.h"
+#include "sheet_gauges.h"
 #include "text_fields.h"
 
 namespace slb {
 namespace {
-
-constexpr double kMmPerInch = 25.4;
 
 double ToMm(double value, LengthUnit unit) {
   return unit == LengthUnit::Inch ? value * kMmPerInch : value;
@@ -53,34 +51,6 @@ std::optional<NamedThickness> OutOfRange(const std::smatch& m, int group) {
 
 }  // namespace
 
-std::optional<double> GaugeInches(int gauge, const std::string& material) {
-  // Sheet gauges in inches: manufacturers' standard gauge for steel, the
-  // stainless-steel gauge, and the Brown & Sharpe gauge for aluminium.
-  static const std::map<int, double> steel = {
-      {3, 0.2391},  {4, 0.2242},  {5, 0.2092},  {6, 0.1943},  {7, 0.1793},  {8, 0.1644},
-      {9, 0.1495},  {10, 0.1345}, {11, 0.1196}, {12, 0.1046}, {13, 0.0897}, {14, 0.0747},
-      {15, 0.0673}, {16, 0.0598}, {17, 0.0538}, {18, 0.0478}, {19, 0.0418}, {20, 0.0359},
-      {21, 0.0329}, {22, 0.0299}, {23, 0.0269}, {24, 0.0239}, {25, 0.0209}, {26, 0.0179},
-      {27, 0.0164}, {28, 0.0149}, {29, 0.0135}, {30, 0.0120}};
-  static const std::map<int, double> stainless = {
-      {7, 0.1875},  {8, 0.1719},  {9, 0.1563},  {10, 0.1406}, {11, 0.1250}, {12, 0.1094},
-      {13, 0.0938}, {14, 0.0781}, {15, 0.0703}, {16, 0.0625}, {17, 0.0563}, {18, 0.0500},
-      {19, 0.0438}, {20, 0.0375}, {21, 0.0344}, {22, 0.0313}, {23, 0.0281}, {24, 0.0250},
-      {25, 0.0219}, {26, 0.0188}, {28, 0.0156}, {30, 0.0125}};
-  static const std::map<int, double> aluminium = {
-      {3, 0.2294},  {4, 0.2043},  {5, 0.1819},  {6, 0.1620},  {7, 0.1443},  {8, 0.1285},
-      {9, 0.1144},  {10, 0.1019}, {11, 0.0907}, {12, 0.0808}, {13, 0.0720}, {14, 0.0641},
-      {15, 0.0571}, {16, 0.0508}, {17, 0.0453}, {18, 0.0403}, {19, 0.0359}, {20, 0.0320},
-      {21, 0.0285}, {22, 0.0253}, {23, 0.0226}, {24, 0.0201}, {25, 0.0179}, {26, 0.0159}};
-  const std::string lower = Lower(material);
-  const auto& table = lower.find("stainless") != std::string::npos ? stainless
-                      : lower.find("alumin") != std::string::npos  ? aluminium
-                                                                   : steel;
-  const auto it = table.find(gauge);
-  if (it == table.end()) return std::nullopt;
-  return it->second;
-}
-
 std::optional<NamedThickness> ThicknessFromName(const std::string& name,
                                                 const std::string& material,
                                                 LengthUnit bare_unit, std::string& reason) {
@@ -105,7 +75,8 @@ std::optional<NamedThickness> ThicknessFromName(const std::string& name,
     const auto number = ReadNumber(lower, m, 1);
     const auto inches = number.out_of_range || number.value > 1000.0
                             ? std::nullopt
-                            : GaugeInches(static_cast<int>(number.value), material);
+                            : GaugeInches(static_cast<int>(number.value),
+                                          GaugeFamilyOf(material).value_or(GaugeFamily::Steel));
     if (!inches) {
       reason = "no gauge table entry for gauge " + std::string(m[1]);
       return std::nullopt;

@@ -12,6 +12,8 @@ namespace slb {
 
 enum class LengthUnit { Millimetre, Inch };
 
+constexpr double kMmPerInch = 25.4;
+
 struct NamedThickness {
   double mm = 0.0;
   std::string note;     // set when the reading was a guess worth reporting
@@ -28,9 +30,6 @@ struct NamedThickness {
 std::optional<NamedThickness> ThicknessFromName(const std::string& name,
                                                 const std::string& material,
                                                 LengthUnit bare_unit, std::string& reason);
-
-// Gauge number to inches for the material (stainless, aluminium or steel).
-std::optional<double> GaugeInches(int gauge, const std::string& material);
 
 // Material rules: PATTERN=MATERIAL, PATTERN matched case-insensitively (ASCII)
 // anywhere in the name; the first matching rule wins.

@@ -47,11 +47,14 @@ std::string Mm(double float_value) { return ExactFloat(static_cast<float>(float_
 std::string ExtrapolationRefusal(double thickness_mm, const ThicknessSpan& span,
                                  const std::string& what) {
   const bool below = thickness_mm < span.LowestAllowed();
-  return Mm(thickness_mm) + " mm is too far " + (below ? "below" : "above") +
-         " the listed rows of " + what + " (" + Mm(span.thinnest_mm) + " to " +
+  return Mm(thickness_mm) + " mm is too far " + (below ? "below" : "above") + " " +
+         BeyondLimit(span, what);
+}
+
+std::string BeyondLimit(const ThicknessSpan& span, const std::string& what) {
+  return "the listed rows of " + what + " (" + Mm(span.thinnest_mm) + " to " +
          Mm(span.thickest_mm) + " mm) to extrapolate safely: settings are given "
-         "from " + Mm(span.LowestAllowed()) + " to " +
-         Mm(span.HighestAllowed()) +
+         "from " + Mm(span.LowestAllowed()) + " to " + Mm(span.HighestAllowed()) +
          " mm (25 % beyond the span); --allow-extrapolation gives them anyway";
 }
 

@@ -36,6 +36,10 @@ std::optional<ThicknessSpan> SpanOf(const std::vector<Sparlane::CuttingParameter
 std::string ExtrapolationRefusal(double thickness_mm, const ThicknessSpan& span,
                                  const std::string& what);
 
+// Why thicknesses outside the span's allowed range are not given: names
+// the span, the allowed range and the option that allows them.
+std::string BeyondLimit(const ThicknessSpan& span, const std::string& what);
+
 }  // namespace slb
 
 #endif  // SLB_TOOL_EXTRAPOLATION_LIMIT_H_

@@ -1,7 +1,6 @@
 #include "material_entry.h"
 
 #include <cmath>
-#include <limits>
 #include <map>
 #include <utility>
 
@@ -12,18 +11,8 @@
 namespace slb {
 namespace {
 
-constexpr double kMmPerInch = 25.4;
-
 std::string NotPlaced(const MaterialEntry& entry, const std::string& reason) {
   return entry.Where() + ": entry \"" + Printable(entry.name) + "\" not placed: " + reason;
-}
-
-// A value past the float range becomes an infinity of its sign, which the
-// strict record check then names; NaN stays NaN.
-float ToFloat(double value) {
-  if (value > std::numeric_limits<float>::max()) return std::numeric_limits<float>::infinity();
-  if (value < -std::numeric_limits<float>::max()) return -std::numeric_limits<float>::infinity();
-  return static_cast<float>(value);
 }
 
 std::string JoinKeys(const std::vector<std::string>& keys) {
@@ -122,7 +111,7 @@ std::vector<ImportRow> PlaceEntries(const std::vector<MaterialEntry>& entries,
         {&p.arc_voltage_v, entry.cut_volts.value_or(0.0)},
         {&p.pierce_time_s, entry.pierce_delay.value_or(0.0)},
         {&p.kerf_width_mm, entry.kerf_width.value_or(0.0) * scale}};
-    for (const auto& [field, value] : fields) *field = ToFloat(value);
+    for (const auto& [field, value] : fields) *field = ImportedFloat(value);
     p.transfer_height_mm = p.pierce_height_mm;  // no material file has its own
     const double amps = std::round(entry.cut_amps.value_or(0.0));
     if (amps >= 0.0 && amps <= 65535.0) {

@@ -23,6 +23,15 @@ const char* ModeName(SelectionMode mode) {
   return "interpolate";
 }
 
+std::string ModeLabel(const RecordRequest& request) {
+  const SelectionMode mode = request.Mode();
+  std::string label = ModeName(mode);
+  if (mode == SelectionMode::Interpolate && request.model == Estimator::Power) {
+    label += ", power model";
+  }
+  return label;
+}
+
 void AddRecordOptions(CLI::App* command, RecordRequest& request) {
   command->add_option("file", request.file, "Parameter file (.slb)")->required();
   command->add_option("--material", request.material, "Material name, e.g. \"Mild steel\"")
@@ -39,8 +48,9 @@ void AddRecordOptions(CLI::App* command, RecordRequest& request) {
       command->add_flag("--nearest", request.nearest, "The listed record of nearest thickness");
   auto* interpolate = command->add_flag(
       "--interpolate", "Interpolate between the neighbouring records (the default)");
-  exact->excludes(nearest)->excludes(interpolate);
-  nearest->excludes(interpolate);
+  auto* model = AddModelOption(command, request.model);
+  exact->excludes(nearest)->excludes(interpolate)->excludes(model);
+  nearest->excludes(interpolate)->excludes(model);
   command->add_flag("--allow-extrapolation", request.allow_extrapolation,
                     "Answer a thickness more than 25 % beyond the listed rows too");
   command->add_flag("--json", request.json, "Machine-readable output");
@@ -113,7 +123,8 @@ Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
       break;
     }
     case SelectionMode::Interpolate: {
-      const auto result = db.Interpolate(request.material, request.thickness, request.machine);
+      const auto result = EstimateSettings(db, request.model, request.material,
+                                           request.thickness, request.machine);
       if (!(result.confidence > 0.0f)) {
         selection.miss_reason = "no settings can be built for " + what + " at " +
                                 ExactFloat(request.thickness) + " mm";

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "catalogue.h"
+#include "estimator.h"
 #include "sparlane/sparlane.h"
 
 namespace CLI {
@@ -24,6 +25,7 @@ struct RecordRequest {
   float thickness = 0.0f;
   float exact_tolerance = -1.0f;  // >= 0 when --exact was given
   bool nearest = false;
+  Estimator model = Estimator::Linear;  // for interpolation
   bool allow_extrapolation = false;
   bool json = false;
 
@@ -43,9 +45,10 @@ struct Selection {
 };
 
 // Adds FILE, --material, --machine, --thickness, --exact, --nearest,
-// --interpolate, --allow-extrapolation and --json to a subcommand.  The
-// thickness must be a finite number greater than 0, the tolerance a finite
-// number of 0 or more.
+// --interpolate, --model, --allow-extrapolation and --json to a subcommand.
+// The thickness must be a finite number greater than 0, the tolerance a
+// finite number of 0 or more; --model chooses how to interpolate, so it is
+// a usage error beside --exact or --nearest.
 void AddRecordOptions(CLI::App* command, RecordRequest& request);
 
 // Finds the record in the requested mode.  Nothing is found (miss_reason
@@ -57,6 +60,10 @@ Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
                        const RecordRequest& request);
 
 const char* ModeName(SelectionMode mode);
+
+// The mode as text output shows it: ModeName, with "power model" added
+// when the power model interpolates.
+std::string ModeLabel(const RecordRequest& request);
 
 }  // namespace slb
 

@@ -25,6 +25,24 @@ std::string Unescape(std::string_view key) {
   return out;
 }
 
+// A value in double quotes (as settings files write one holding a comma or
+// a quote) without its quotes and backslash escapes; any other value as it
+// is.
+std::string UnquotedValue(std::string_view value) {
+  if (value.size() < 2 || value.front() != '"' || value.back() != '"') return std::string(value);
+  std::string out;
+  for (std::size_t i = 1; i < value.size(); ++i) {
+    if (value[i] == '\\' && i + 1 < value.size()) {
+      out += value[++i];
+    } else if (value[i] == '"') {
+      return i + 1 == value.size() ? out : std::string(value);
+    } else {
+      out += value[i];
+    }
+  }
+  return std::string(value);  // the closing quote was escaped
+}
+
 bool IsToolSection(const std::string& name) {
   if (name.rfind("Tool", 0) != 0 || name.size() == 4) return false;
   for (std::size_t i = 4; i < name.size(); ++i) {
@@ -92,7 +110,7 @@ bool ReadSheetcamFile(const std::string& path, std::vector<MaterialEntry>& entri
                          std::to_string(earlier->second) + "); the later value is used");
     }
     section.key_lines[key] = i + 1;
-    section.values[key] = std::string(Trim(line.substr(eq + 1)));
+    section.values[key] = UnquotedValue(Trim(line.substr(eq + 1)));
   }
   std::size_t tools = 0;
   for (const auto& s : sections) {

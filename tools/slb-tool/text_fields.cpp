@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdio>
 #include <fstream>
+#include <limits>
 #include <sstream>
 
 namespace slb {
@@ -67,6 +68,12 @@ std::optional<std::uint64_t> ParseUnsigned(std::string_view text, std::uint64_t 
     return std::nullopt;
   }
   return value;
+}
+
+float ImportedFloat(double value) {
+  if (value > std::numeric_limits<float>::max()) return std::numeric_limits<float>::infinity();
+  if (value < -std::numeric_limits<float>::max()) return -std::numeric_limits<float>::infinity();
+  return static_cast<float>(value);
 }
 
 std::string Printable(std::string_view text) {

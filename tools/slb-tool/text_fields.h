@@ -29,6 +29,11 @@ std::optional<double> ParseNumber(std::string_view text, NumberProblem* problem 
 std::optional<float> ParseFloat(std::string_view text, NumberProblem* problem = nullptr);
 std::optional<std::uint64_t> ParseUnsigned(std::string_view text, std::uint64_t max);
 
+// An imported value as the float a record holds: one past the float range
+// becomes an infinity of its sign, which the strict record check then
+// names; NaN stays NaN.
+float ImportedFloat(double value);
+
 // The text with control bytes shown as "\xNN", for quoting input in
 // messages without sending a terminal control sequences.
 std::string Printable(std::string_view text);
