@@ -1,9 +1,9 @@
 // Searches over the parameter table shared by the queries: the bisections
 // that assume (material, machine, thickness) order and the per-material and
-// per-pair walks.  Each search reads rows through the fields material_id,
-// machine_model_id, thickness_mm and cut_speed_mm_min, so it runs unchanged
-// over the records themselves or over the pair index's compact key copy;
-// positions and decisions are the same either way.
+// per-pair walks.  Each search reads rows through the record's field names,
+// so one that needs only thickness_mm runs unchanged over the records or
+// over the position index's thickness column; positions and decisions are
+// the same either way.
 #ifndef SPARLANE_QUERY_RECORD_SEARCH_H_
 #define SPARLANE_QUERY_RECORD_SEARCH_H_
 
@@ -15,6 +15,16 @@
 #include "store/store.h"
 
 namespace Sparlane {
+
+// Asks for the cache line of a record a query is about to copy, so the fetch
+// overlaps the clock and counter work that comes first.
+inline void PrefetchRecord(const CuttingParameter* record) {
+#if defined(__GNUC__) || defined(__clang__)
+  __builtin_prefetch(record);
+#else
+  (void)record;
+#endif
+}
 
 // A run of table positions [first, first + count).
 struct TableSpan {
@@ -31,11 +41,29 @@ inline bool BucketMayHold(const ThicknessBucket& b, float thickness, float toler
   return thickness >= b.min_thickness - tolerance && tolerance + b.max_thickness >= thickness;
 }
 
-// Calls search(rows) with the compact keys when they describe the table as
-// it is, else with the records.
+// One table position's thickness, read like a record's field.
+struct ThicknessRow {
+  float thickness_mm;
+};
+
+// The thickness column as rows, for the searches that read nothing else.
+class ThicknessRows {
+ public:
+  explicit ThicknessRows(const PairIndex& index) : column_(index.thickness) {}
+  ThicknessRow operator[](std::uint64_t pos) const {
+    return ThicknessRow{column_[static_cast<std::size_t>(pos)]};
+  }
+  std::size_t size() const { return column_.size(); }
+
+ private:
+  const std::vector<float>& column_;
+};
+
+// Calls search(rows) with the thickness column when it describes the table
+// as it is, else with the records.  The search may read thickness_mm only.
 template <typename Search>
-auto WithSearchRows(const Store& store, Search&& search) {
-  if (const PairIndex* index = store.current_pair_index()) return search(index->keys);
+auto WithThicknessRows(const Store& store, Search&& search) {
+  if (const PairIndex* index = store.current_pair_index()) return search(ThicknessRows(*index));
   return search(store.records());
 }
 
@@ -130,12 +158,11 @@ std::uint64_t BisectWithinToleranceInPairRun(const Rows& rows, TableSpan span, T
   *found = true;
   while (lo < hi) {
     const std::uint64_t mid = lo + (hi - lo) / 2;
-    if (mid < run.first) {
-      lo = mid + 1;
-      continue;
-    }
-    if (mid >= run_end) {
-      hi = mid;
+    if (mid < run.first || mid >= run_end) {
+      // Outside the run the step is known; taken without a branch to guess.
+      const bool below = mid < run.first;
+      lo = below ? mid + 1 : lo;
+      hi = below ? hi : mid;
       continue;
     }
     const float t = rows[mid].thickness_mm;
@@ -159,15 +186,16 @@ std::uint64_t LowerBoundThickness(const Rows& rows, TableSpan span, float thickn
                         [&](const auto& r) { return r.thickness_mm < thickness; });
 }
 
-// Visits, in table order, the position and search fields of every record of
-// the material: visit(position, row).
+// Visits, in table order, the position and thickness of every record of the
+// material: visit(position, row), where the row has thickness_mm (and may be
+// the record itself).
 template <typename Visit>
 void ForEachOfMaterial(const Store& store, std::uint16_t material_id, Visit&& visit) {
   if (const PairIndex* index = store.current_pair_index()) {
-    const PositionGroup* group = FindMaterialGroup(*index, material_id);
+    const GroupRef* group = FindMaterialGroup(*index, material_id);
     if (group == nullptr) return;
     ForEachPosition(index->materials, *group,
-                    [&](std::uint32_t pos) { visit(pos, index->keys[pos]); });
+                    [&](std::uint32_t pos) { visit(pos, ThicknessRow{index->thickness[pos]}); });
     return;
   }
   const std::vector<CuttingParameter>& records = store.records();
@@ -176,15 +204,16 @@ void ForEachOfMaterial(const Store& store, std::uint16_t material_id, Visit&& vi
   }
 }
 
-// Visits, in table order, every record of the material and machine.
+// Visits, in table order, every record of the material and machine, as
+// ForEachOfMaterial does.
 template <typename Visit>
 void ForEachOfPair(const Store& store, std::uint16_t material_id, std::uint16_t machine_id,
                    Visit&& visit) {
   if (const PairIndex* index = store.current_pair_index()) {
-    const PositionGroup* group = FindPairGroup(*index, material_id, machine_id);
+    const GroupRef* group = FindPairGroup(*index, material_id, machine_id);
     if (group == nullptr) return;
     ForEachPosition(index->pairs, *group,
-                    [&](std::uint32_t pos) { visit(pos, index->keys[pos]); });
+                    [&](std::uint32_t pos) { visit(pos, ThicknessRow{index->thickness[pos]}); });
     return;
   }
   const std::vector<CuttingParameter>& records = store.records();
