@@ -42,7 +42,6 @@
 #include "file/byte_order.h"
 #include "mapped_bytes.h"
 #include "sparlane/sparlane.h"
-#include "store/large_pages.h"
 
 #ifdef SPARLANE_BENCH_HAVE_SQLITE
 #include "sqlite_twin.h"
@@ -176,7 +175,8 @@ std::vector<double> Interleaved(int reps, const std::vector<std::function<double
 // after the stop watch, for the floors and for the database alike.
 //
 // With advise set, the buffer gets the large-page advice the library gives a
-// large record array (information: what the advice alone is worth).
+// large record array, the same call (information: what the advice alone is
+// worth).
 double CopyFloorNs(const std::string& path, bool advise = false) {
   std::unique_ptr<std::uint8_t[]> copy;
   double ns;
@@ -184,7 +184,15 @@ double CopyFloorNs(const std::string& path, bool advise = false) {
     const double start = NowNs();
     bench::MappedBytes m(path);
     copy.reset(new std::uint8_t[m.size]);
-    if (advise) Sparlane::AdviseLargePages(copy.get(), m.size);
+#ifdef MADV_HUGEPAGE
+    if (advise) {
+      const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+      const auto begin = reinterpret_cast<std::uintptr_t>(copy.get());
+      const std::uintptr_t first = (begin + page - 1) / page * page;
+      const std::uintptr_t last = (begin + m.size) / page * page;
+      if (last > first) ::madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+    }
+#endif
     std::memcpy(copy.get(), m.data, m.size);
     ns = NowNs() - start;
     if (copy[0] != 'S') Die("not a parameter file");
