@@ -2,12 +2,6 @@
 
 namespace Sparlane {
 
-TableSpan ClampToTable(std::uint64_t first, std::uint64_t count, std::size_t table_size) {
-  const std::uint64_t size = table_size;
-  if (first >= size) return TableSpan{first, 0};
-  return TableSpan{first, count < size - first ? count : size - first};
-}
-
 TableSpan FindPairSpan(const Store& store, std::uint16_t material_id, std::uint16_t machine_id) {
   const PairIndex* index = store.current_pair_index();
   if (index == nullptr) return BisectPairSpan(store.records(), material_id, machine_id);

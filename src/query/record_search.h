@@ -33,7 +33,11 @@ struct TableSpan {
 };
 
 // An index span cut to the table: positions past its end hold no record.
-TableSpan ClampToTable(std::uint64_t first, std::uint64_t count, std::size_t table_size);
+inline TableSpan ClampToTable(std::uint64_t first, std::uint64_t count, std::size_t table_size) {
+  const std::uint64_t size = table_size;
+  if (first >= size) return TableSpan{first, 0};
+  return TableSpan{first, count < size - first ? count : size - first};
+}
 
 // A thickness-index bucket can hold the thickness within tolerance.  A NaN
 // tolerance qualifies no bucket.

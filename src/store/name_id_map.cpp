@@ -2,51 +2,6 @@
 
 namespace Sparlane {
 
-namespace {
-
-std::uint64_t Load64(const char* p) {
-  std::uint64_t w;
-  std::memcpy(&w, p, sizeof w);
-  return w;
-}
-
-std::uint64_t Load32(const char* p) {
-  std::uint32_t w;
-  std::memcpy(&w, p, sizeof w);
-  return w;
-}
-
-std::uint64_t Mix(std::uint64_t x) {
-  x ^= x >> 32;
-  x *= 0xD6E8FEB86659FD93ull;
-  x ^= x >> 32;
-  return x;
-}
-
-}  // namespace
-
-// Whole words, then the last (possibly overlapping) word; lengths are mixed
-// in, so overlapping reads of different strings do not collide by design.
-std::uint64_t NameIdMap::Hash(std::string_view name) {
-  const char* p = name.data();
-  std::size_t n = name.size();
-  std::uint64_t h = 0x9E3779B97F4A7C15ull * (n + 1);
-  if (n >= 8) {
-    const char* last = p + n - 8;
-    while (p < last) {
-      h = Mix(h ^ Load64(p));
-      p += 8;
-    }
-    h = Mix(h ^ Load64(last));
-  } else if (n >= 4) {
-    h = Mix(h ^ (Load32(p) | Load32(p + n - 4) << 32));
-  } else if (n > 0) {
-    const auto b = [&](std::size_t i) { return static_cast<std::uint64_t>(static_cast<unsigned char>(p[i])); };
-    h = Mix(h ^ (b(0) | b(n / 2) << 8 | b(n - 1) << 16));
-  }
-  return Mix(h);
-}
-
 std::size_t NameIdMap::Locate(std::string_view name, std::uint64_t hash) const {
   std::size_t i = hash & mask_;
   while (slots_[i].used && !(slots_[i].hash == hash && Holds(slots_[i], name))) i = (i + 1) & mask_;

@@ -43,7 +43,24 @@ class NameIdMap {
     }
   }
 
-  static std::uint64_t Hash(std::string_view name);
+  // Whole words, then the last (possibly overlapping) word; the length is
+  // mixed in first, so overlapping reads of different names do not collide
+  // by construction.
+  static std::uint64_t Hash(std::string_view name) {
+    const char* p = name.data();
+    const std::size_t n = name.size();
+    std::uint64_t h = 0x9E3779B97F4A7C15ull * (n + 1);
+    if (n >= 8) {
+      const char* last = p + n - 8;
+      for (; p < last; p += 8) h = Mix(h ^ Word(p));
+      h = Mix(h ^ Word(last));
+    } else if (n >= 4) {
+      h = Mix(h ^ (HalfWord(p) | HalfWord(p + n - 4) << 32));
+    } else if (n > 0) {
+      h = Mix(h ^ (Byte(p[0]) | Byte(p[n / 2]) << 8 | Byte(p[n - 1]) << 16));
+    }
+    return Mix(h);
+  }
 
  private:
   struct Slot {
@@ -72,6 +89,18 @@ class NameIdMap {
     std::uint64_t w;
     std::memcpy(&w, p, sizeof w);
     return w;
+  }
+  static std::uint64_t HalfWord(const char* p) {
+    std::uint32_t w;
+    std::memcpy(&w, p, sizeof w);
+    return w;
+  }
+  static std::uint64_t Byte(char c) { return static_cast<unsigned char>(c); }
+  static std::uint64_t Mix(std::uint64_t x) {
+    x ^= x >> 32;
+    x *= 0xD6E8FEB86659FD93ull;
+    x ^= x >> 32;
+    return x;
   }
   // The slot holding name, or the empty slot where it would go.
   std::size_t Locate(std::string_view name, std::uint64_t hash) const;

@@ -49,13 +49,4 @@ void PairIndexAppended(const std::vector<CuttingParameter>& records, PairIndex& 
   index.covered = size;
 }
 
-const GroupRef* FindMaterialGroup(const PairIndex& index, std::uint16_t material_id) {
-  return index.materials.ids.Find(material_id);
-}
-
-const GroupRef* FindPairGroup(const PairIndex& index, std::uint16_t material_id,
-                              std::uint16_t machine_id) {
-  return index.pairs.ids.Find(PairKey(material_id, machine_id));
-}
-
 }  // namespace Sparlane

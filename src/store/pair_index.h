@@ -72,9 +72,13 @@ inline bool PairIndexCovers(const PairIndex& index, std::size_t table_size) {
 
 // Groups, or null when no record has the id(s).  Only meaningful while
 // PairIndexCovers holds.
-const GroupRef* FindMaterialGroup(const PairIndex& index, std::uint16_t material_id);
-const GroupRef* FindPairGroup(const PairIndex& index, std::uint16_t material_id,
-                              std::uint16_t machine_id);
+inline const GroupRef* FindMaterialGroup(const PairIndex& index, std::uint16_t material_id) {
+  return index.materials.ids.Find(material_id);
+}
+inline const GroupRef* FindPairGroup(const PairIndex& index, std::uint16_t material_id,
+                                     std::uint16_t machine_id) {
+  return index.pairs.ids.Find(PairKey(material_id, machine_id));
+}
 
 // Visits the group's positions in table order.
 template <typename Visit>
