@@ -145,13 +145,19 @@ std::vector<CuttingParameter> Table(std::mt19937& rng, int order) {
       table.push_back(r);
     }
   }
-  if (order == 1) {
-    std::stable_sort(table.begin(), table.end(), [](const CuttingParameter& a, const CuttingParameter& b) {
-      return Sparlane::PairKey(a.material_id, a.machine_model_id) <
-             Sparlane::PairKey(b.material_id, b.machine_model_id);
-    });
-  }
-  return table;
+  if (order != 1) return table;
+  // Sorted through positions: the sort's scratch buffer would not keep the
+  // records' 64-byte alignment.
+  std::vector<std::size_t> at(table.size());
+  for (std::size_t i = 0; i < at.size(); ++i) at[i] = i;
+  std::stable_sort(at.begin(), at.end(), [&](std::size_t i, std::size_t j) {
+    return Sparlane::PairKey(table[i].material_id, table[i].machine_model_id) <
+           Sparlane::PairKey(table[j].material_id, table[j].machine_model_id);
+  });
+  std::vector<CuttingParameter> sorted;
+  sorted.reserve(table.size());
+  for (std::size_t i : at) sorted.push_back(table[i]);
+  return sorted;
 }
 
 TEST(IndexBuilder, SlicesGiveTheSameIndexesAsTheWholeTable) {
