@@ -48,6 +48,15 @@ const CuttingParameter* SearchExactInPairOrder(const Store& s, const PairIndex& 
         BisectWithinToleranceInPairRun(rows, run, run, thickness, tolerance, &found);
     return found ? &s.records()[pos] : nullptr;
   }
+  // The bucket as the rebuild made it: its bisection enters the run where
+  // the index noted.
+  if (group->entry_known && buckets->size() == 1 &&
+      s.record_indexes().BucketAsBuilt(material_id, s.records().size())) {
+    if (!BucketMayHold(buckets->front(), thickness, tolerance)) return nullptr;
+    const std::uint64_t pos = BisectInPairRunFrom(rows, group->entry_lo, group->entry_hi, run,
+                                                  thickness, tolerance, &found);
+    return found ? &s.records()[pos] : nullptr;
+  }
   for (const ThicknessBucket& bucket : *buckets) {
     if (!BucketMayHold(bucket, thickness, tolerance)) continue;
     const std::uint64_t pos = BisectWithinToleranceInPairRun(

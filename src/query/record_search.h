@@ -146,27 +146,21 @@ std::uint64_t BisectWithinTolerance(const Rows& rows, TableSpan span, std::uint1
   return lo;
 }
 
-// The same search on a table in (material, machine) order, given the pair's
-// run (its positions, contiguous in such a table).  Every row before the run
-// sorts below the pair and every row after it above, so the bisection's
-// steps outside the run are known without reading those rows; only probes
-// inside the run touch memory.  Positions and results equal the plain
-// bisection's.
+// The bisection of BisectWithinToleranceInPairRun (below) from where it
+// first probes inside the pair's run.
 template <typename Rows>
-std::uint64_t BisectWithinToleranceInPairRun(const Rows& rows, TableSpan span, TableSpan run,
-                                             float thickness, float tolerance, bool* found) {
-  span = ClampToTable(span.first, span.count, rows.size());
-  std::uint64_t lo = span.first;
-  std::uint64_t hi = span.first + span.count;
+std::uint64_t BisectInPairRunFrom(const Rows& rows, std::uint64_t lo, std::uint64_t hi,
+                                  TableSpan run, float thickness, float tolerance, bool* found) {
   const std::uint64_t run_end = run.first + run.count;
   *found = true;
   while (lo < hi) {
     const std::uint64_t mid = lo + (hi - lo) / 2;
-    if (mid < run.first || mid >= run_end) {
-      // Outside the run the step is known; taken without a branch to guess.
-      const bool below = mid < run.first;
-      lo = below ? mid + 1 : lo;
-      hi = below ? hi : mid;
+    if (mid < run.first) {
+      lo = mid + 1;
+      continue;
+    }
+    if (mid >= run_end) {
+      hi = mid;
       continue;
     }
     const float t = rows[mid].thickness_mm;
@@ -181,6 +175,22 @@ std::uint64_t BisectWithinToleranceInPairRun(const Rows& rows, TableSpan span, T
   }
   *found = false;
   return lo;
+}
+
+// The same search on a table in (material, machine) order, given the pair's
+// run (its positions, contiguous in such a table).  Every row before the run
+// sorts below the pair and every row after it above, so the bisection's
+// steps outside the run are known without reading those rows (EnterRun);
+// only probes inside the run touch memory.  Positions and results equal the
+// plain bisection's.
+template <typename Rows>
+std::uint64_t BisectWithinToleranceInPairRun(const Rows& rows, TableSpan span, TableSpan run,
+                                             float thickness, float tolerance, bool* found) {
+  span = ClampToTable(span.first, span.count, rows.size());
+  std::uint64_t lo = span.first;
+  std::uint64_t hi = span.first + span.count;
+  EnterRun(lo, hi, run.first, run.first + run.count);
+  return BisectInPairRunFrom(rows, lo, hi, run, thickness, tolerance, found);
 }
 
 // First position of span whose thickness is not below thickness (bisection).

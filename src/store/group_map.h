@@ -17,6 +17,12 @@ struct GroupRef {
   std::uint32_t group;           // index into the groups of its kind
   std::uint32_t first_position;  // smallest table position of the group
   std::uint32_t size;            // positions, appended ones included
+  // For a pair: where FindExact's bisection over the material's bucket span
+  // first probes inside the pair's run, [entry_lo, entry_hi) (see
+  // EnterRun); known only for the runs of the last rebuild, unchanged since.
+  std::uint32_t entry_lo;
+  std::uint32_t entry_hi;
+  bool entry_known;
 };
 
 class GroupMap {
@@ -50,9 +56,10 @@ class GroupMap {
 
  private:
   static constexpr std::uint32_t kEmpty = 0xFFFFFFFFu;  // no group has this index
-  struct Slot {
+  // Two slots to a cache line, none across two.
+  struct alignas(32) Slot {
     std::uint32_t key = 0;
-    GroupRef ref{kEmpty, 0, 0};
+    GroupRef ref{kEmpty, 0, 0, 0, 0, false};
   };
 
   std::size_t Home(std::uint32_t key) const {

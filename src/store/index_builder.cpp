@@ -74,14 +74,26 @@ void IndexBuilder::Runs::Add(std::uint32_t key, std::size_t pos) {
   starts.push_back(static_cast<std::uint32_t>(pos));
 }
 
-// Each run ends where the next begins; the map is sized once.
-void IndexBuilder::Runs::MakeGroups(PositionGroups& kind, std::size_t n) const {
+// Each run ends where the next begins; the map is sized once.  A pair's
+// group also learns where FindExact's bisection over its material's bucket
+// enters the run (buckets: by material id, complete).
+void IndexBuilder::Runs::MakeGroups(PositionGroups& kind, std::size_t n,
+                                    const std::vector<ThicknessBucket>* buckets) const {
   kind = PositionGroups();
   kind.ids.Reserve(keys.size());
   kind.groups.reserve(keys.size());
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const std::size_t end = i + 1 < keys.size() ? starts[i + 1] : n;
-    AddGroup(kind, keys[i], starts[i], static_cast<std::uint32_t>(end - starts[i]), starts[i]);
+    GroupRef& ref =
+        AddGroup(kind, keys[i], starts[i], static_cast<std::uint32_t>(end - starts[i]), starts[i]);
+    if (buckets == nullptr) continue;
+    const ThicknessBucket& b = (*buckets)[keys[i] >> 16];
+    std::uint64_t lo = std::min<std::uint64_t>(b.first, n);
+    std::uint64_t hi = lo + std::min<std::uint64_t>(b.count, n - lo);
+    EnterRun(lo, hi, starts[i], end);
+    ref.entry_lo = static_cast<std::uint32_t>(lo);
+    ref.entry_hi = static_cast<std::uint32_t>(hi);
+    ref.entry_known = true;
   }
 }
 
@@ -266,12 +278,12 @@ void IndexBuilder::Finish(const std::vector<CuttingParameter>& table, RecordInde
     return;
   }
   if (material_ordered_) {
-    material_runs_.MakeGroups(positions_.materials, n);
+    material_runs_.MakeGroups(positions_.materials, n, nullptr);
   } else {
     GroupSorted(table, MaterialOf, positions_.materials);
   }
   if (pair_ordered_) {
-    pair_runs_.MakeGroups(positions_.pairs, n);
+    pair_runs_.MakeGroups(positions_.pairs, n, &buckets_);
   } else {
     GroupSorted(table, PairOf, positions_.pairs);
   }

@@ -68,7 +68,8 @@ class IndexBuilder {
     std::vector<std::uint32_t> keys;
     std::vector<std::uint32_t> starts;
     void Add(std::uint32_t key, std::size_t pos);
-    void MakeGroups(PositionGroups& kind, std::size_t n) const;
+    void MakeGroups(PositionGroups& kind, std::size_t n,
+                    const std::vector<ThicknessBucket>* buckets) const;
   };
   Runs pair_runs_;
   Runs material_runs_;

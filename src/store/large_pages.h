@@ -6,6 +6,7 @@
 #ifndef SPARLANE_STORE_LARGE_PAGES_H_
 #define SPARLANE_STORE_LARGE_PAGES_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -44,7 +45,11 @@ class PrefaultAhead {
     }
     const std::size_t need = array.size() + more;
     if (need <= ready_) return;
-    std::size_t until = ready_ + kWindowBytes / sizeof(T);
+    // The window grows with what was filled, so a table that stays small
+    // (or a load that fails early) maps little ahead.
+    const std::size_t window =
+        std::min(std::max(array.size() * sizeof(T), kMinWindowBytes), kMaxWindowBytes);
+    std::size_t until = ready_ + window / sizeof(T);
     if (until < need) until = need;
     if (until > array.capacity()) until = array.capacity();
     if (until > ready_) PrefaultForWriting(array.data() + ready_, (until - ready_) * sizeof(T));
@@ -52,7 +57,8 @@ class PrefaultAhead {
   }
 
  private:
-  static constexpr std::size_t kWindowBytes = std::size_t{1} << 20;
+  static constexpr std::size_t kMinWindowBytes = std::size_t{64} << 10;
+  static constexpr std::size_t kMaxWindowBytes = std::size_t{1} << 20;
   const T* data_ = nullptr;
   std::size_t ready_ = 0;  // elements from data_ whose pages are mapped
 };

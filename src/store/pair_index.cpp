@@ -21,16 +21,19 @@ void Append(PositionGroups& kind, std::uint32_t id, std::uint32_t pos) {
   }
   kind.appended[g.appended - 1].push_back(pos);
   ++ref->size;
+  ref->entry_known = false;  // the run it was found for has grown
   kind.contiguous = false;
 }
 
 }  // namespace
 
-void AddGroup(PositionGroups& kind, std::uint32_t id, std::uint32_t start, std::uint32_t count,
-              std::uint32_t first_position) {
-  kind.ids.Insert(id, GroupRef{static_cast<std::uint32_t>(kind.groups.size()), first_position, count});
+GroupRef& AddGroup(PositionGroups& kind, std::uint32_t id, std::uint32_t start,
+                   std::uint32_t count, std::uint32_t first_position) {
+  kind.ids.Insert(id, GroupRef{static_cast<std::uint32_t>(kind.groups.size()), first_position,
+                               count, 0, 0, false});
   kind.groups.push_back(PositionGroup{start, count, 0});
   if (!kind.grouped.empty() || start != first_position) kind.contiguous = false;
+  return *kind.ids.Find(id);
 }
 
 void PairIndexAppended(const std::vector<CuttingParameter>& records, PairIndex& index) {

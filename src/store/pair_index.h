@@ -56,11 +56,29 @@ inline std::uint32_t PairKey(std::uint16_t material_id, std::uint16_t machine_id
   return (static_cast<std::uint32_t>(material_id) << 16) | machine_id;
 }
 
+// A bisection over [lo, hi) of a table in (material, machine) order, looking
+// for a record of the pair whose run is [run_first, run_end), knows every
+// step while its middle lies outside the run: a record before the run sorts
+// below the pair, one after it above.  This takes those steps, leaving lo
+// and hi where the first middle inside the run is probed (or lo == hi).
+inline void EnterRun(std::uint64_t& lo, std::uint64_t& hi, std::uint64_t run_first,
+                     std::uint64_t run_end) {
+  while (lo < hi) {
+    const std::uint64_t mid = lo + (hi - lo) / 2;
+    if (mid >= run_first && mid < run_end) return;
+    if (mid < run_first) {
+      lo = mid + 1;
+    } else {
+      hi = mid;
+    }
+  }
+}
+
 // A group for id (not yet present): count positions from start of the
 // grouped array (or of the table, when it is not grouped), the smallest
-// being first_position.
-void AddGroup(PositionGroups& kind, std::uint32_t id, std::uint32_t start, std::uint32_t count,
-              std::uint32_t first_position);
+// being first_position.  The reference holds until the next group is added.
+GroupRef& AddGroup(PositionGroups& kind, std::uint32_t id, std::uint32_t start,
+                   std::uint32_t count, std::uint32_t first_position);
 
 // Store hook, right after a record is pushed onto the table.
 void PairIndexAppended(const std::vector<CuttingParameter>& records, PairIndex& index);

@@ -82,6 +82,12 @@ struct RecordIndexes {
                          (table_size > fastest_table_size && fastest_spans_fit);
     return current ? fastest_ranges.Find(material_id) : nullptr;
   }
+  // The material's one bucket is the one the last rebuild made and still
+  // spans what it spanned then (the same rule as Fastest).
+  bool BucketAsBuilt(std::uint16_t material_id, std::size_t table_size) const {
+    return Fastest(material_id, table_size) != nullptr;
+  }
+
   FastestRun RunOf(const EntryRange& range) const {
     const FastestAtThickness* begin = fastest.data() + range.begin;
     return FastestRun{begin, begin + range.count};

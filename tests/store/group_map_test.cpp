@@ -25,7 +25,7 @@ TEST(GroupMap, AgreesWithStandardMapThroughGrowth) {
     const std::uint32_t edge_keys[] = {0u, 0xFFFFFFFFu, 0x80000000u};
     const std::uint32_t key = i < 3 ? edge_keys[i] : (rng() & 0x00FF00FFu);
     if (reference.count(key)) continue;
-    map.Insert(key, GroupRef{i, i * 3, i + 7});
+    map.Insert(key, GroupRef{i, i * 3, i + 7, 0, 0, false});
     reference[key] = i;
   }
   EXPECT_EQ(map.size(), reference.size());
@@ -51,7 +51,7 @@ TEST(GroupMap, AgreesWithStandardMapThroughGrowth) {
 
 TEST(GroupMap, FoundSlotCanBeUpdatedInPlace) {
   GroupMap map;
-  map.Insert(7, GroupRef{0, 10, 2});
+  map.Insert(7, GroupRef{0, 10, 2, 1, 2, true});
   map.Find(7)->size = 5;
   EXPECT_EQ(map.Find(7)->size, 5u);
   EXPECT_EQ(map.Find(7)->first_position, 10u);
