@@ -30,6 +30,7 @@
 #include "sqlite_twin.h"
 #endif
 
+#include "collecting_reporter.h"
 #include "sparlane/sparlane.h"
 #include "../tests/support/store_seam.h"
 
@@ -281,35 +282,12 @@ BENCHMARK(BM_SqlFindNearest)->SIZES;
 BENCHMARK(BM_SqlFindOptimal)->SIZES;
 #endif
 
-struct Measured {
-  double ns = 0.0;       // CPU time per query
-  double matched = 0.0;  // matching records per query
-};
-
-// Keeps each benchmark's time per query for the ratio lines.
-class CollectingReporter : public benchmark::ConsoleReporter {
- public:
-  std::map<std::string, Measured> results;
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-      Measured m;
-      // CPU time: on a shared machine wall time also counts other processes.
-      m.ns = run.cpu_accumulated_time * 1e9 / static_cast<double>(run.iterations);
-      auto it = run.counters.find("matched");
-      if (it != run.counters.end()) m.matched = it->second.value;
-      results[run.benchmark_name()] = m;
-    }
-  }
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  CollectingReporter reporter;
+  sparlane_bench::CollectingReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
   auto& r = reporter.results;

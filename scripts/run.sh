@@ -7,7 +7,7 @@ set -euo pipefail
 ensure_base_packages
 dir="$BUILD_ROOT/run"
 cmake -S "$ROOT" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DSPARLANE_BUILD_TESTS=OFF >/dev/null
+  -DSPARLANE_BUILD_TESTS=OFF -DSPARLANE_PYTHON=OFF >/dev/null
 cmake --build "$dir" -j "$JOBS" --target slb-tool sample-data >/dev/null
 material="${1:-Mild steel}"
 thickness="${2:-8}"

@@ -118,6 +118,38 @@ class SPARLANE_API Database {
   InterpolationResult Interpolate(const std::string& material, float thickness,
                                   const std::string& machine_model) const;
 
+  // Settings for a thickness with the cut speed following a power law of
+  // thickness, as plasma charts do (docs/estimate.md gives the reasons).
+  // Opt-in beside Interpolate, which it leaves unchanged.  The series is
+  // every record of the material and machine wherever it lies in the table
+  // (order and indexes do not matter), without rows whose thickness is not
+  // finite or not > 0, ordered by thickness then table position; of rows
+  // closer than 0.001 mm the first is kept.
+  //  - A row within 0.001 mm (the nearer; the thinner of equals): that row
+  //    unchanged, confidence 1, not extrapolated.
+  //  - Between rows a and b: InterpolateLinear(a, b, thickness) with the
+  //    speed replaced by va * (t / ta)^k, k = ln(vb / va) / ln(tb / ta),
+  //    when both speeds are finite and > 0.
+  //  - Beyond the rows, from the nearest row n and the next s: a copy of n
+  //    with the thickness, flag 0x10 and extrapolated set; speed by the law
+  //    through n and s (else ExtrapolateConservative's speed from n), never
+  //    above the fastest listed speed; the other float fields
+  //    n + (n - s) * (t - tn) / (tn - ts), never below the smallest value
+  //    the series lists for that field; current_amps likewise, rounded half
+  //    away from zero, at most 65535.
+  //  - A series of one row: ExtrapolateConservative(row, thickness).
+  // Confidence: with u the log distance to the nearer row of the pair used
+  // over the pair's log span, and fit = 1 / (1 + mean relative error of the
+  // pair's law at the adjacent rows) (0.5 without such a row or law):
+  // fit * (1 - u) between rows, 0.7 * fit / (1 + u) beyond them,
+  // 0.35 / (1 + |ln(t / t_row)|) for one row; always in (0, 1] when a record
+  // is returned.  Confidence 0, an all-zero record and extrapolated false
+  // when not loaded, for a thickness that is not finite or not > 0, an
+  // unknown name, no usable row, or a result with a field that is not
+  // finite.  Not timed, counted or logged.
+  InterpolationResult Estimate(const std::string& material, float thickness,
+                               const std::string& machine_model) const;
+
   // The fastest record of any machine for the material within tolerance of
   // the thickness; the first of equal speeds, never one of speed 0 or less.
   // Empty, and not counted, for a negative, infinite or NaN thickness.

@@ -1,9 +1,12 @@
-// The export macro and the library version.
+// SPARLANE_API marks what the library exports.  Shared by the C++ and the C
+// header, so it is plain preprocessor text both languages accept.
+//  - SPARLANE_STATIC: linking the static library; nothing to mark.
+//  - Windows: dllexport while building the DLL (SPARLANE_BUILDING), else
+//    dllimport.
+//  - Elsewhere: default visibility; the library hides everything else.
 #ifndef SPARLANE_EXPORT_H_
 #define SPARLANE_EXPORT_H_
 
-// SPARLANE_API marks what the shared library exports; everything else is
-// hidden.  Define SPARLANE_STATIC when linking a static build.
 #if defined(SPARLANE_STATIC)
 #define SPARLANE_API
 #elif defined(_WIN32)
@@ -15,9 +18,5 @@
 #else
 #define SPARLANE_API __attribute__((visibility("default")))
 #endif
-
-#define SPARLANE_VERSION_MAJOR 1
-#define SPARLANE_VERSION_MINOR 0
-#define SPARLANE_VERSION_PATCH 0
 
 #endif  // SPARLANE_EXPORT_H_

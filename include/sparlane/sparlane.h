@@ -17,7 +17,8 @@
 //    Static calculators and Testing functions are safe on any thread.
 //
 // This header includes the whole interface; each part has its own header:
-//   export.h       SPARLANE_API and the version
+//   export.h       SPARLANE_API (shared with the C header c.h)
+//   version.h      the version macros
 //   records.h      CuttingParameter, ErrorCode, flag bits
 //   file_header.h  FileHeader, CompressionType, the file magic
 //   results.h      query, metrics and statistics results
@@ -34,5 +35,6 @@
 #include "sparlane/records.h"
 #include "sparlane/results.h"
 #include "sparlane/testing.h"
+#include "sparlane/version.h"
 
 #endif  // SPARLANE_SPARLANE_H_

@@ -5,8 +5,9 @@
 set -euo pipefail
 . "$(dirname "$0")/../common.sh"
 dir="$BUILD_ROOT/tsan"
-cmake -S "$ROOT" -B "$dir" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DSPARLANE_SANITIZE=thread -DSPARLANE_BUILD_TOOLS=OFF >/dev/null
+cmake -S "$ROOT" -B "$dir" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
+  -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSPARLANE_SANITIZE=thread -DSPARLANE_BUILD_TOOLS=OFF \
+  -DSPARLANE_PYTHON=OFF >/dev/null
 cmake --build "$dir" -j "$JOBS" --target test_query
 status=0
 TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" "$dir/tests/test_query" || status=$?

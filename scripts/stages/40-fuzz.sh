@@ -8,8 +8,9 @@ set -euo pipefail
 "$ROOT/scripts/ensure-packages.sh" clang libclang-rt-dev
 dir="$BUILD_ROOT/fuzz"
 seconds="${SPARLANE_FUZZ_SECONDS:-60}"
-cmake -S "$ROOT" -B "$dir" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DSPARLANE_BUILD_FUZZ=ON -DSPARLANE_BUILD_TESTS=OFF -DSPARLANE_BUILD_TOOLS=OFF >/dev/null
+cmake -S "$ROOT" -B "$dir" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
+  -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSPARLANE_BUILD_FUZZ=ON -DSPARLANE_BUILD_TESTS=OFF \
+  -DSPARLANE_BUILD_TOOLS=OFF -DSPARLANE_PYTHON=OFF >/dev/null
 cmake --build "$dir" -j "$JOBS" --target fuzz_file_parser make_seed_corpus
 corpus="$dir/corpus"
 seeds="$dir/seeds"

@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
 # Cross-builds sparlane.dll, slb-tool.exe and the test suite for 64-bit
 # Windows with mingw-w64 and runs every test program under wine, in a
-# throwaway wine prefix inside the build directory.  Benchmarks and fuzz
-# targets are not cross-built.
+# throwaway wine prefix inside the build directory: among them the C
+# interface's test program, a C host that loads a file at a non-ASCII path,
+# and the C example linked through the MSVC-format import library.
+# Benchmarks, fuzz targets and the Python package are not cross-built.
 set -euo pipefail
 . "$(dirname "$0")/../common.sh"
-"$ROOT/scripts/ensure-packages.sh" g++-mingw-w64-x86-64 wine wine64 googletest dpkg-dev
+# llvm brings llvm-dlltool, which makes the MSVC-format sparlane.lib.
+"$ROOT/scripts/ensure-packages.sh" g++-mingw-w64-x86-64 wine wine64 googletest dpkg-dev llvm
 
 dir="$BUILD_ROOT/mingw"
 prefix="${SPARLANE_MINGW_PREFIX:-$BUILD_ROOT/mingw-deps}"

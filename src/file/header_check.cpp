@@ -8,6 +8,7 @@
 #include "file/crc32.h"
 #include "file/header_checksum.h"
 #include "file/header_codec.h"
+#include "sparlane/testing.h"
 
 namespace Sparlane {
 namespace {

@@ -1,6 +1,9 @@
 // build --from-csv: checks, error reports and ordering.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include "test_csv.h"
 #include "tool_runner.h"
 
@@ -187,6 +190,56 @@ TEST(BuildCsv, UnsortedRowsAreSortedByMaterialMachineAndThickness) {
   const auto query = RunTool({"query", b.out, "--material", "Steel", "--machine", "Alpha",
                               "--thickness", "6"});
   EXPECT_EQ(Field(query.out, "cut speed"), "1100 mm/min") << query.out;
+}
+
+TEST(BuildCsv, RecordsAreAStableSortOfTheRowsByMaterialMachineAndThickness) {
+  // Many rows with repeated keys (told apart by their flags), names whose
+  // byte order differs from their order of appearance.
+  std::mt19937 random(7);
+  const std::vector<std::string> machines = {"Zeta", "alpha", "Alpha", "M\xC3\xA4", "B"};
+  const std::vector<std::string> materials = {"Steel", "Brass", "steel", "Al"};
+  struct Row {
+    std::string machine;
+    std::string material;
+    float thickness;
+    std::uint32_t flags;
+  };
+  std::vector<Row> rows;
+  std::string csv = CsvHeader();
+  for (std::uint32_t i = 0; i < 40000; ++i) {
+    Row row{machines[random() % machines.size()], materials[random() % materials.size()],
+            static_cast<float>(1 + random() % 20), i};
+    csv += "Vendor of " + row.machine + "," + row.machine + "," + row.material + "," +
+           std::to_string(static_cast<int>(row.thickness)) + ",1000,1.5,3.8,3.8,120,0.5,1.5,45," +
+           std::to_string(i) + "\n";
+    rows.push_back(row);
+  }
+  const auto b = BuildFrom(csv);
+  ASSERT_EQ(b.run.status, 0) << b.run.err;
+
+  auto by_name = [](std::vector<std::string> names, const std::string& name) {
+    std::sort(names.begin(), names.end());
+    return std::find(names.begin(), names.end(), name) - names.begin();
+  };
+  std::stable_sort(rows.begin(), rows.end(), [&](const Row& x, const Row& y) {
+    const auto xm = by_name(materials, x.material), ym = by_name(materials, y.material);
+    if (xm != ym) return xm < ym;
+    const auto xc = by_name(machines, x.machine), yc = by_name(machines, y.machine);
+    if (xc != yc) return xc < yc;
+    return x.thickness < y.thickness;
+  });
+  Sparlane::Database db;
+  ASSERT_EQ(db.LoadFromBinary(b.out), Sparlane::ErrorCode::Success) << db.GetLastError();
+  const auto records = db.GetParameters();
+  const auto file_materials = db.GetMaterials();
+  const auto file_machines = db.GetMachines();
+  ASSERT_EQ(records.size(), rows.size());
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    ASSERT_EQ(records[i].flags, rows[i].flags) << i;
+    ASSERT_EQ(file_materials[records[i].material_id - 1u], rows[i].material) << i;
+    ASSERT_EQ(file_machines[records[i].machine_model_id - 1u], rows[i].machine) << i;
+  }
+  EXPECT_EQ(db.Validate(), Sparlane::ErrorCode::Success) << db.GetLastError();
 }
 
 TEST(BuildCsv, Lz4FileAnswersLikeARawOne) {

@@ -247,7 +247,7 @@ TEST(ImportCheck, PlasmacNamesWithAbsurdThicknessesAreRefused) {
   EXPECT_EQ(b.run.err,
             Line(b, 1, "the thickness 1e400 in the name is out of range") +
                 Line(b, 10, "thickness_mm must be 0.1 to 300 mm (is -3)") +
-                Line(b, 19, "thickness_mm must be 0.1 to 300 mm (is 8.46667e+20)") +
+                Line(b, 19, "thickness_mm must be 0.1 to 300 mm (is 8.466667e+20)") +
                 Line(b, 28, "thickness_mm must be 0.1 to 300 mm (is 1e+23)") + Refused(b));
   EXPECT_FALSE(FileExists(b.out));
 }

@@ -1,6 +1,10 @@
 // info: header fields, statistics and load time.
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "test_database.h"
 #include "tool_runner.h"
 
 using namespace tooltest;
@@ -45,6 +49,25 @@ TEST(Info, JsonCarriesTheSameFigures) {
   EXPECT_NE(run.out.find("\"parameters\": 229"), std::string::npos);
   EXPECT_NE(run.out.find("\"compression\": \"none\""), std::string::npos);
   EXPECT_NE(run.out.find("\"load_time_ms\": "), std::string::npos);
+}
+
+TEST(Info, HeaderFieldsAreThoseTheLibraryLoaded) {
+  const std::string path = ScratchDir() + "/db.slb";
+  WriteDatabase(path, {{"V", "M", "Steel", Settings(2, 3000)}});
+  Sparlane::Database db;
+  ASSERT_EQ(db.LoadFromBinary(path), Sparlane::ErrorCode::Success);
+  const Sparlane::FileHeader header = db.GetFileHeader();
+  const auto run = RunTool({"info", path, "--json"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  const auto doc = nlohmann::json::parse(run.out);
+  EXPECT_EQ(doc["created_time"], header.created_time);
+  EXPECT_EQ(doc["version"], std::to_string(header.version_major) + "." +
+                                std::to_string(header.version_minor));
+  EXPECT_EQ(doc["creator"],
+            std::string(header.creator, strnlen(header.creator, sizeof header.creator)));
+  EXPECT_EQ(doc["header_counts"]["parameters"], header.parameter_count);
+  EXPECT_EQ(doc["header_counts"]["materials"], header.material_count);
+  EXPECT_EQ(doc["compression"], "none");
 }
 
 TEST(Info, MissingFileIsExplainedNextToTheLibraryMessage) {

@@ -1,6 +1,9 @@
 // list and range.
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
+#include "test_database.h"
 #include "tool_runner.h"
 
 using namespace tooltest;
@@ -22,6 +25,16 @@ TEST(List, VendorsAndMaterials) {
 TEST(List, JsonIsAnArray) {
   EXPECT_EQ(RunTool({"list", SamplePath(), "materials", "--json"}).out,
             "[\n  \"Aluminium\",\n  \"Mild steel\",\n  \"Stainless steel\"\n]\n");
+}
+
+TEST(List, JsonOfNamesThatAreNotUtf8IsStillValidJson) {
+  // Only a file written by other means holds such names; the tool refuses
+  // them on import.
+  const std::string dir = ScratchDir();
+  WriteDatabase(dir + "/db.slb", {{"V", "M", "Steel \xff", Settings(2, 3000)}});
+  const auto run = RunTool({"list", dir + "/db.slb", "materials", "--json"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(nlohmann::json::parse(run.out), nlohmann::json({"Steel \xEF\xBF\xBD"}));
 }
 
 TEST(List, MissingFileIsExplainedNextToTheLibraryMessage) {
@@ -48,6 +61,19 @@ TEST(Range, OfAMaterialOnEveryMachine) {
 TEST(Range, Json) {
   const auto run = RunTool({"range", SamplePath(), "--material", "Aluminium", "--json"});
   ExpectGolden("range_aluminium.json", run.out);
+}
+
+TEST(Range, TextIsRoundedForTheShopAndJsonIsExact) {
+  const std::string dir = ScratchDir();
+  WriteDatabase(dir + "/db.slb", {{"V", "M", "Steel", Settings(1.5875f, 3000)},
+                                  {"V", "M", "Steel", Settings(9.5250001f, 900)}});
+  const auto text = RunTool({"range", dir + "/db.slb", "--material", "Steel"});
+  EXPECT_EQ(text.out, "Steel: 1.587 to 9.525 mm (2 records)\n");
+  const auto json = RunTool({"range", dir + "/db.slb", "--material", "Steel", "--json"});
+  const auto doc = nlohmann::json::parse(json.out);
+  EXPECT_EQ(doc["min_thickness_mm"].get<float>(), 1.5875f);
+  EXPECT_EQ(doc["max_thickness_mm"].get<float>(), 9.5250001f);
+  EXPECT_NE(json.out.find("\"min_thickness_mm\": 1.5875,"), std::string::npos) << json.out;
 }
 
 TEST(Range, UnknownMaterialFails) {

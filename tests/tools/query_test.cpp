@@ -1,6 +1,9 @@
 // query: interpolated, exact and nearest settings.
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
+#include "record_fields.h"
 #include "tool_runner.h"
 
 using namespace tooltest;
@@ -30,7 +33,7 @@ TEST(Query, InterpolationIsTheDefaultMode) {
 TEST(Query, AboveTheTableIsExtrapolatedFromTheThickestRow) {
   const auto run = RunTool(Query("30"));
   ASSERT_EQ(run.status, 0);
-  EXPECT_NE(run.out.find("confidence: 0.3\nextrapolated: yes\n"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("confidence: 0.30\nextrapolated: yes\n"), std::string::npos) << run.out;
   EXPECT_NE(run.out.find("  below  AIR-45A          25.4"), std::string::npos) << run.out;
   EXPECT_EQ(run.out.find("  above"), std::string::npos);
 }
@@ -39,6 +42,32 @@ TEST(Query, JsonCarriesConfidenceAndNeighbours) {
   const auto run = RunTool(Query("8", {"--json"}));
   ASSERT_EQ(run.status, 0);
   ExpectGolden("query_interpolate_8mm.json", run.out);
+}
+
+TEST(Query, TextIsRoundedForTheShop) {
+  const auto run = RunTool(Query("8"));
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(Field(run.out, "cut speed"), "1021 mm/min");
+  EXPECT_EQ(Field(run.out, "arc voltage"), "133.1 V");
+  EXPECT_EQ(Field(run.out, "pierce time"), "0.70 s");
+  EXPECT_EQ(Field(run.out, "kerf width"), "1.655 mm");
+  EXPECT_NE(run.out.find("confidence: 0.99\n"), std::string::npos) << run.out;
+}
+
+TEST(Query, JsonCarriesTheLibrarysFloatsExactly) {
+  const auto run = RunTool(Query("8", {"--json"}));
+  ASSERT_EQ(run.status, 0) << run.err;
+  const auto doc = nlohmann::json::parse(run.out);
+  Sparlane::Database db;
+  ASSERT_EQ(db.LoadFromBinary(SamplePath()), Sparlane::ErrorCode::Success);
+  const auto expected = db.Interpolate("Mild steel", 8.0f, "AIR-45A");
+  const auto& p = expected.parameter;
+  for (const auto& f : slb::kRecordFloatFields) {
+    EXPECT_EQ(doc["parameter"][f.name].get<float>(), p.*f.member) << f.name;
+  }
+  EXPECT_EQ(doc["parameter"]["current_amps"], p.current_amps);
+  EXPECT_EQ(doc["parameter"]["flags"], p.flags);
+  EXPECT_EQ(doc["confidence"].get<float>(), expected.confidence);
 }
 
 TEST(Query, ExactWithinTolerance) {

@@ -1,5 +1,6 @@
-// The strict-check reasons agree with Testing::ValidateParameter on every
-// record, and name the first rule broken in the check's own order.
+// The strict-check findings: the library's own reason (Testing::
+// ExplainParameter) for the first rule broken, with the offending values,
+// and none exactly when Testing::ValidateParameter passes the record.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -31,12 +32,11 @@ float PickFloat(std::mt19937& random) {
 
 }  // namespace
 
-TEST(StrictCheckReason, ValidRecordHasNoReason) {
-  EXPECT_EQ(slb::StrictCheckReason(Valid()), "");
+TEST(StrictCheckFinding, ValidRecordHasNoFinding) {
   EXPECT_EQ(slb::StrictCheckFinding(Valid()), "");
 }
 
-TEST(StrictCheckReason, AgreesWithTheLibraryOnRecordsAroundEveryLimit) {
+TEST(StrictCheckFinding, IsTheLibrarysReasonOnRecordsAroundEveryLimit) {
   std::mt19937 random(12);
   const std::uint16_t amps[] = {0, 1, 45, 1000, 1001, 65535};
   for (int i = 0; i < 200000; ++i) {
@@ -60,11 +60,15 @@ TEST(StrictCheckReason, AgreesWithTheLibraryOnRecordsAroundEveryLimit) {
     }
     const bool library_passes =
         Sparlane::Testing::ValidateParameter(p) == Sparlane::ErrorCode::Success;
-    ASSERT_EQ(slb::StrictCheckReason(p).empty(), library_passes) << slb::StrictCheckReason(p);
+    const std::string finding = slb::StrictCheckFinding(p);
+    ASSERT_EQ(finding.empty(), library_passes) << finding;
+    if (library_passes) continue;
+    const std::string reason = Sparlane::Testing::ExplainParameter(p);
+    ASSERT_EQ(finding.substr(0, reason.size() + 5), reason + " (is ") << finding;
   }
 }
 
-TEST(StrictCheckReason, EachRuleHasItsText) {
+TEST(StrictCheckFinding, EachRuleHasItsText) {
   struct Case {
     void (*change)(CuttingParameter&);
     const char* finding;
@@ -91,21 +95,31 @@ TEST(StrictCheckReason, EachRuleHasItsText) {
   }
 }
 
-TEST(StrictCheckReason, TheFirstBrokenRuleInTheCheckOrderIsNamed) {
+TEST(StrictCheckFinding, TheFirstBrokenRuleInTheCheckOrderIsNamed) {
   CuttingParameter p = Valid();
   p.kerf_width_mm = -1;         // rule 7
   p.arc_voltage_v = 5;          // rule 6
   p.thickness_mm = 400;         // rule 3
-  EXPECT_EQ(slb::StrictCheckReason(p), "thickness_mm must be 0.1 to 300 mm");
+  EXPECT_EQ(slb::StrictCheckFinding(p), "thickness_mm must be 0.1 to 300 mm (is 400)");
   p.vendor_id = 0;              // rule 2
   p.material_id = 0;
-  EXPECT_EQ(slb::StrictCheckReason(p), "vendor_id must not be 0");
+  EXPECT_EQ(slb::StrictCheckFinding(p), "vendor_id must not be 0 (is 0)");
   p.pierce_height_mm = std::numeric_limits<float>::infinity();  // rule 1
   p.cut_speed_mm_min = std::nanf("");
-  EXPECT_EQ(slb::StrictCheckReason(p), "cut_speed_mm_min must be a finite number");
+  EXPECT_EQ(slb::StrictCheckFinding(p), "cut_speed_mm_min must be a finite number (is nan)");
 }
 
-TEST(StrictCheckReason, ValuesAloneAreCheckedWithIdsTakenAsGiven) {
+TEST(StrictCheckFinding, ValueJustOutsideALimitIsShownExactlyNotAsTheLimit) {
+  CuttingParameter p = Valid();
+  p.thickness_mm = 300.00003f;
+  EXPECT_EQ(slb::StrictCheckFinding(p), "thickness_mm must be 0.1 to 300 mm (is 300.00003)");
+  p = Valid();
+  p.cut_speed_mm_min = 9.99999f;
+  EXPECT_EQ(slb::StrictCheckFinding(p),
+            "cut_speed_mm_min must be 10 to 20000 mm/min (is 9.99999)");
+}
+
+TEST(StrictCheckFinding, ValuesAloneAreCheckedWithIdsTakenAsGiven) {
   CuttingParameter p = Valid();
   p.vendor_id = p.machine_model_id = p.material_id = 0;
   EXPECT_EQ(slb::StrictCheckFindingOfValues(p), "");

@@ -7,17 +7,6 @@
 #include "tool_runner.h"
 
 namespace tooltest {
-namespace {
-
-std::uint16_t IdOf(const std::vector<std::string>& names, const std::string& name) {
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (names[i] == name) return static_cast<std::uint16_t>(i + 1);
-  }
-  return 0;
-}
-
-}  // namespace
-
 Sparlane::CuttingParameter Settings(float thickness_mm, float speed_mm_min) {
   Sparlane::CuttingParameter p{};
   p.thickness_mm = thickness_mm;
@@ -36,14 +25,14 @@ void WriteDatabase(const std::string& path, const std::vector<TestRecord>& recor
   Sparlane::Database db;
   ASSERT_EQ(db.Create(), Sparlane::ErrorCode::Success);
   for (const auto& r : records) {
-    if (IdOf(db.GetMachines(), r.machine) == 0) db.AddMachine(r.vendor, r.machine, "");
-    if (IdOf(db.GetMaterials(), r.material) == 0) db.AddMaterial(r.material);
+    if (db.GetMachineId(r.machine) == 0) db.AddMachine(r.vendor, r.machine, "");
+    if (db.GetMaterialId(r.material) == 0) db.AddMaterial(r.material);
   }
   for (const auto& r : records) {
     Sparlane::CuttingParameter p = r.values;
-    p.vendor_id = IdOf(db.GetVendors(), r.vendor);
-    p.machine_model_id = IdOf(db.GetMachines(), r.machine);
-    p.material_id = IdOf(db.GetMaterials(), r.material);
+    p.vendor_id = db.GetVendorId(r.vendor);
+    p.machine_model_id = db.GetMachineId(r.machine);
+    p.material_id = db.GetMaterialId(r.material);
     ASSERT_EQ(db.AddParameter(p), Sparlane::ErrorCode::Success) << db.GetLastError();
   }
   ASSERT_EQ(db.SaveToBinary(path, Sparlane::CompressionType::None), Sparlane::ErrorCode::Success)

@@ -37,6 +37,30 @@ TEST(Validate, RecordFailingTheStrictCheckIsAFindingNamingTheRule) {
   EXPECT_EQ(RunTool({"validate", dir + "/db.slb", "--strict"}).status, 1);
 }
 
+TEST(Validate, EveryRecordIsScreenedInTableOrder) {
+  // A file written unsorted (which the whole-file check refuses): the
+  // screen still reads every record, in the order of the table.
+  const std::string dir = ScratchDir();
+  auto steel_low = Settings(4, 2000);
+  steel_low.arc_voltage_v = 5;
+  auto brass_low = Settings(2, 2000);
+  brass_low.arc_voltage_v = 6;
+  auto steel_high = Settings(2, 2000);
+  steel_high.arc_voltage_v = 301;
+  WriteDatabase(dir + "/db.slb", {{"V", "M", "Steel", steel_low},
+                                  {"V", "M", "Brass", brass_low},
+                                  {"V", "M", "Steel", steel_high}});
+  const auto run = RunTool({"validate", dir + "/db.slb"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "slb-tool: Thickness index points beyond parameter array\n");
+  EXPECT_EQ(run.out.substr(run.out.find(": ")),
+            ": INVALID\n"
+            "  record-check: Steel 4 mm on M (V): arc_voltage_v must be 20 to 300 V (is 5)\n"
+            "  record-check: Brass 2 mm on M (V): arc_voltage_v must be 20 to 300 V (is 6)\n"
+            "  record-check: Steel 2 mm on M (V): arc_voltage_v must be 20 to 300 V (is 301)\n"
+            "3 findings\n");
+}
+
 TEST(Validate, OutlierThresholdIsAnOption) {
   const std::string dir = ScratchDir();
   std::string csv = CsvHeader();

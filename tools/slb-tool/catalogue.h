@@ -5,13 +5,13 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "sparlane/sparlane.h"
 
 namespace slb {
 
+// Reads db's names once; db must outlive the catalogue.
 class Catalogue {
  public:
   explicit Catalogue(const Sparlane::Database& db);
@@ -21,38 +21,19 @@ class Catalogue {
   std::string Machine(std::uint16_t id) const { return NameOf(machines_, id); }
   std::string Material(std::uint16_t id) const { return NameOf(materials_, id); }
 
-  // The id the library resolves a name to: a repeated name takes the id of
-  // its last occurrence, as the library's name maps do.
-  std::optional<std::uint16_t> MachineId(const std::string& name) const {
-    return IdOf(machine_ids_, name);
-  }
-  std::optional<std::uint16_t> MaterialId(const std::string& name) const {
-    return IdOf(material_ids_, name);
-  }
-
-  const std::vector<std::string>& Vendors() const { return vendors_; }
-  const std::vector<std::string>& Machines() const { return machines_; }
-  const std::vector<std::string>& Materials() const { return materials_; }
+  // The id the library's queries resolve a name to (Database::GetMachineId
+  // and GetMaterialId); nullopt for a name they do not know.
+  std::optional<std::uint16_t> MachineId(const std::string& name) const;
+  std::optional<std::uint16_t> MaterialId(const std::string& name) const;
 
  private:
-  using IdMap = std::unordered_map<std::string, std::uint16_t>;
-
   static std::string NameOf(const std::vector<std::string>& names, std::uint16_t id);
-  static IdMap IdsOf(const std::vector<std::string>& names);
-  static std::optional<std::uint16_t> IdOf(const IdMap& ids, const std::string& name);
 
+  const Sparlane::Database& db_;
   std::vector<std::string> vendors_;
   std::vector<std::string> machines_;
   std::vector<std::string> materials_;
-  IdMap machine_ids_;
-  IdMap material_ids_;
 };
-
-// Every record of the database with a known material, in table order per
-// material.  The public API has no listing of all records; this is the
-// closest it offers.
-std::vector<Sparlane::CuttingParameter> AllRecordsByMaterial(const Sparlane::Database& db,
-                                                             const Catalogue& catalogue);
 
 }  // namespace slb
 

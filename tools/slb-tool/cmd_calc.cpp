@@ -6,7 +6,7 @@
 
 #include "commands.h"
 #include "exit_status.h"
-#include "json_writer.h"
+#include "json_output.h"
 #include "load_database.h"
 #include "number_format.h"
 #include "number_options.h"
@@ -43,11 +43,11 @@ const char* QualityName(Sparlane::QualityLevel level) {
   return "unknown";
 }
 
-// One calculator's figures: name, value and unit (or "" for flags).
+// One figure of a calculator: a number in its unit, or a yes/no flag.
 struct Figure {
   std::string name;
   double value;
-  std::string unit;
+  Unit unit;
   bool is_flag = false;
 };
 
@@ -56,8 +56,8 @@ struct Section {
   std::vector<Figure> figures;
 };
 
-Figure Num(const char* name, double value, const char* unit) { return {name, value, unit}; }
-Figure Flag(const char* name, bool value) { return {name, value ? 1.0 : 0.0, "", true}; }
+Figure Num(const char* name, double value, Unit unit) { return {name, value, unit}; }
+Figure Flag(const char* name, bool value) { return {name, value ? 1.0 : 0.0, Unit::kCount, true}; }
 
 std::vector<Section> Calculate(const CalcOptions& o, const Sparlane::CuttingParameter& p) {
   const auto time = Database::EstimateCutTime(p, o.length_mm, o.pierces);
@@ -74,63 +74,75 @@ std::vector<Section> Calculate(const CalcOptions& o, const Sparlane::CuttingPara
   const auto quality = Database::GetQualityProfile(p, o.quality);
   return {
       {"cut time",
-       {Num("cut length", time.cut_length_mm, "mm"), Num("pierces", time.pierce_count, ""),
-        Num("cut time", time.cut_time_s, "s"), Num("pierce time", time.pierce_time_total_s, "s"),
-        Num("total time", time.total_time_s, "s")}},
+       {Num("cut length", time.cut_length_mm, Unit::kMillimetre),
+        Num("pierces", time.pierce_count, Unit::kCount),
+        Num("cut time", time.cut_time_s, Unit::kSecond),
+        Num("pierce time", time.pierce_time_total_s, Unit::kSecond),
+        Num("total time", time.total_time_s, Unit::kSecond)}},
       {"job cost",
-       {Num("material", cost.material_cost, ""), Num("consumables", cost.consumable_cost, ""),
-        Num("machine", cost.machine_cost, ""), Num("overhead", cost.overhead_cost, ""),
-        Num("total", cost.total_cost, ""), Num("per metre", cost.cost_per_meter, ""),
-        Num("per pierce", cost.cost_per_pierce, "")}},
+       {Num("material", cost.material_cost, Unit::kMoney),
+        Num("consumables", cost.consumable_cost, Unit::kMoney),
+        Num("machine", cost.machine_cost, Unit::kMoney),
+        Num("overhead", cost.overhead_cost, Unit::kMoney),
+        Num("total", cost.total_cost, Unit::kMoney),
+        Num("per metre", cost.cost_per_meter, Unit::kMoney),
+        Num("per pierce", cost.cost_per_pierce, Unit::kMoney)}},
       {"lead-in and lead-out",
-       {Num("lead-in length", lead.lead_in_length_mm, "mm"),
-        Num("lead-in angle", lead.lead_in_angle_deg, "deg"),
-        Num("lead-in radius", lead.lead_in_radius_mm, "mm"),
+       {Num("lead-in length", lead.lead_in_length_mm, Unit::kMillimetre),
+        Num("lead-in angle", lead.lead_in_angle_deg, Unit::kDegree),
+        Num("lead-in radius", lead.lead_in_radius_mm, Unit::kMillimetre),
         Flag("arc lead-in", lead.use_arc_lead_in),
-        Num("lead-out length", lead.lead_out_length_mm, "mm"),
-        Num("lead-out angle", lead.lead_out_angle_deg, "deg"),
-        Num("lead-out radius", lead.lead_out_radius_mm, "mm"),
+        Num("lead-out length", lead.lead_out_length_mm, Unit::kMillimetre),
+        Num("lead-out angle", lead.lead_out_angle_deg, Unit::kDegree),
+        Num("lead-out radius", lead.lead_out_radius_mm, Unit::kMillimetre),
         Flag("lead-out", lead.use_lead_out)}},
       {o.inside ? "kerf offset (inside cut)" : "kerf offset (outside cut)",
-       {Num("offset", kerf.offset_mm, "mm"), Num("kerf width", kerf.kerf_width_mm, "mm")}},
-      {"corner slowdown at " + FormatNumber(o.corner_angle_deg) + " deg",
-       {Num("speed factor", corner.speed_factor, ""),
-        Num("deceleration distance", corner.decel_distance_mm, "mm"),
-        Num("slow zone", corner.slow_zone_mm, "mm"),
-        Num("acceleration distance", corner.accel_distance_mm, "mm"),
+       {Num("offset", kerf.offset_mm, Unit::kMillimetre),
+        Num("kerf width", kerf.kerf_width_mm, Unit::kMillimetre)}},
+      {"corner slowdown at " + ShopNumber(o.corner_angle_deg, Unit::kDegree) + " deg",
+       {Num("speed factor", corner.speed_factor, Unit::kFactor),
+        Num("deceleration distance", corner.decel_distance_mm, Unit::kMillimetre),
+        Num("slow zone", corner.slow_zone_mm, Unit::kMillimetre),
+        Num("acceleration distance", corner.accel_distance_mm, Unit::kMillimetre),
         Flag("sharp corner", corner.sharp_corner),
-        Num("sharp corner extension", corner.sharp_corner_extension_mm, "mm")}},
-      {"small hole of " + FormatNumber(o.hole_diameter_mm) + " mm",
-       {Num("speed factor", hole.speed_factor, ""), Num("current factor", hole.current_factor, ""),
-        Num("smallest diameter", hole.min_diameter_mm, "mm"), Flag("small hole", hole.small_hole),
-        Flag("very small hole", hole.very_small_hole),
-        Num("longest lead-in", hole.lead_in_max_mm, "mm")}},
+        Num("sharp corner extension", corner.sharp_corner_extension_mm, Unit::kMillimetre)}},
+      {"small hole of " + ShopNumber(o.hole_diameter_mm, Unit::kMillimetre) + " mm",
+       {Num("speed factor", hole.speed_factor, Unit::kFactor),
+        Num("current factor", hole.current_factor, Unit::kFactor),
+        Num("smallest diameter", hole.min_diameter_mm, Unit::kMillimetre),
+        Flag("small hole", hole.small_hole), Flag("very small hole", hole.very_small_hole),
+        Num("longest lead-in", hole.lead_in_max_mm, Unit::kMillimetre)}},
       {"part spacing",
-       {Num("base gap", spacing.base_gap_mm, "mm"), Num("kerf width", spacing.kerf_width_mm, "mm"),
-        Num("minimum spacing", spacing.min_spacing_mm, "mm"),
-        Num("recommended spacing", spacing.recommended_spacing_mm, "mm"),
-        Num("sheet edge margin", spacing.sheet_edge_margin_mm, "mm")}},
+       {Num("base gap", spacing.base_gap_mm, Unit::kMillimetre),
+        Num("kerf width", spacing.kerf_width_mm, Unit::kMillimetre),
+        Num("minimum spacing", spacing.min_spacing_mm, Unit::kMillimetre),
+        Num("recommended spacing", spacing.recommended_spacing_mm, Unit::kMillimetre),
+        Num("sheet edge margin", spacing.sheet_edge_margin_mm, Unit::kMillimetre)}},
       {"common-line cutting",
-       {Flag("allowed", common.allowed), Num("thickest plate", common.max_thickness_mm, "mm"),
-        Num("shortest segment", common.min_segment_length_mm, "mm"),
-        Num("line spacing", common.line_spacing_mm, "mm"), Flag("tabs", common.requires_tabs),
-        Num("tab width", common.tab_width_mm, "mm")}},
+       {Flag("allowed", common.allowed),
+        Num("thickest plate", common.max_thickness_mm, Unit::kMillimetre),
+        Num("shortest segment", common.min_segment_length_mm, Unit::kMillimetre),
+        Num("line spacing", common.line_spacing_mm, Unit::kMillimetre),
+        Flag("tabs", common.requires_tabs),
+        Num("tab width", common.tab_width_mm, Unit::kMillimetre)}},
       {"heat-affected zone",
-       {Num("width", haz.haz_width_mm, "mm"), Num("inner zone", haz.inner_zone_mm, "mm"),
-        Num("outer zone", haz.outer_zone_mm, "mm"), Flag("high heat input", haz.high_heat_input)}},
+       {Num("width", haz.haz_width_mm, Unit::kMillimetre),
+        Num("inner zone", haz.inner_zone_mm, Unit::kMillimetre),
+        Num("outer zone", haz.outer_zone_mm, Unit::kMillimetre),
+        Flag("high heat input", haz.high_heat_input)}},
       {"bevel limits",
-       {Num("largest angle", bevel.max_bevel_angle_deg, "deg"),
-        Num("recommended angle", bevel.recommended_angle_deg, "deg"),
-        Num("largest land height", bevel.max_land_height_mm, "mm"),
+       {Num("largest angle", bevel.max_bevel_angle_deg, Unit::kDegree),
+        Num("recommended angle", bevel.recommended_angle_deg, Unit::kDegree),
+        Num("largest land height", bevel.max_land_height_mm, Unit::kMillimetre),
         Flag("supported", bevel.bevel_supported), Flag("thick plate", bevel.thick_plate),
         Flag("very thick plate", bevel.very_thick_plate),
-        Num("angle speed coefficient", bevel.angle_speed_coefficient, "")}},
+        Num("angle speed coefficient", bevel.angle_speed_coefficient, Unit::kFactor)}},
       {std::string("quality profile (") + QualityName(quality.level) + ")",
-       {Num("speed factor", quality.speed_factor, ""),
-        Num("current factor", quality.current_factor, ""),
-        Num("surface roughness", quality.surface_roughness_um, "um"),
-        Num("tolerance", quality.tolerance_mm, "mm"),
-        Num("largest bevel", quality.max_bevel_deg, "deg")}},
+       {Num("speed factor", quality.speed_factor, Unit::kFactor),
+        Num("current factor", quality.current_factor, Unit::kFactor),
+        Num("surface roughness", quality.surface_roughness_um, Unit::kMicrometre),
+        Num("tolerance", quality.tolerance_mm, Unit::kMillimetre),
+        Num("largest bevel", quality.max_bevel_deg, Unit::kDegree)}},
   };
 }
 
@@ -158,32 +170,28 @@ int RunCalc(const CalcOptions& options) {
   const auto sections = Calculate(options, selection.record);
 
   if (options.request.json) {
-    JsonWriter json;
-    json.BeginObject();
-    json.Key("mode").String(ModeName(options.request.Mode()));
-    json.Key("parameter");
-    WriteRecordJson(json, selection.record, catalogue);
+    Json json = {{"mode", ModeName(options.request.Mode())},
+                 {"parameter", RecordJson(selection.record, catalogue)}};
     if (options.request.Mode() == SelectionMode::Interpolate) {
-      json.Key("confidence").Float(selection.confidence);
-      json.Key("extrapolated").Bool(selection.extrapolated);
+      json["confidence"] = JsonFloat(selection.confidence);
+      json["extrapolated"] = selection.extrapolated;
     }
     for (const auto& section : sections) {
-      json.Key(JsonKey(section.title.substr(0, section.title.find(" ("))));
-      json.BeginObject();
+      Json& figures = json[JsonKey(section.title.substr(0, section.title.find(" (")))];
+      figures = Json::object();
       for (const auto& f : section.figures) {
-        json.Key(JsonKey(f.name));
-        if (f.is_flag) json.Bool(f.value != 0.0); else json.Float(static_cast<float>(f.value));
+        figures[JsonKey(f.name)] =
+            f.is_flag ? Json(f.value != 0.0) : JsonFloat(static_cast<float>(f.value));
       }
-      json.EndObject();
     }
-    json.EndObject();
-    std::fputs(json.Text().c_str(), stdout);
+    std::fputs(JsonText(json).c_str(), stdout);
     return kExitOk;
   }
   std::printf("record (%s):\n", ModeName(options.request.Mode()));
   std::fputs(SettingsTable(selection.record, catalogue).c_str(), stdout);
   if (options.request.Mode() == SelectionMode::Interpolate) {
-    std::printf("confidence: %s\nextrapolated: %s\n", FormatNumber(selection.confidence).c_str(),
+    std::printf("confidence: %s\nextrapolated: %s\n",
+                ShopNumber(selection.confidence, Unit::kConfidence).c_str(),
                 selection.extrapolated ? "yes" : "no");
   }
   for (const auto& section : sections) {
@@ -193,7 +201,7 @@ int RunCalc(const CalcOptions& options) {
       if (f.is_flag) {
         table.AddRow({f.name, f.value != 0.0 ? "yes" : "no", ""});
       } else {
-        table.AddRow({f.name, FormatNumber(f.value), f.unit});
+        table.AddRow({f.name, ShopNumber(f.value, f.unit), UnitSymbol(f.unit)});
       }
     }
     std::fputs(table.Render().c_str(), stdout);

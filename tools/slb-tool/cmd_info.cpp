@@ -4,12 +4,11 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <fstream>
 #include <memory>
 
 #include "commands.h"
 #include "exit_status.h"
-#include "json_writer.h"
+#include "json_output.h"
 #include "load_database.h"
 #include "number_format.h"
 #include "text_table.h"
@@ -21,16 +20,6 @@ struct InfoOptions {
   std::string file;
   bool json = false;
 };
-
-// The public API has no header accessor, so the first 1024 bytes are read
-// here.  Little-endian hosts only, like the file format itself.
-bool ReadHeader(const std::string& path, Sparlane::FileHeader& header) {
-  std::ifstream in(path, std::ios::binary);
-  char bytes[sizeof(Sparlane::FileHeader)];
-  if (!in.read(bytes, sizeof bytes)) return false;
-  std::memcpy(&header, bytes, sizeof header);
-  return true;
-}
 
 std::string CreationDate(std::int64_t seconds) {
   const std::time_t t = static_cast<std::time_t>(seconds);
@@ -60,51 +49,45 @@ const char* CompressionName(std::uint8_t compression) {
 
 int RunInfo(const InfoOptions& options) {
   Sparlane::Database db;
-  std::string path;
   const auto start = std::chrono::steady_clock::now();
-  if (!LoadDatabase(db, options.file, &path)) return kExitFailure;
+  if (!LoadDatabase(db, options.file)) return kExitFailure;
   const double load_ms =
       std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-  Sparlane::FileHeader header{};
-  if (!ReadHeader(path, header)) return Fail("cannot read the header of " + options.file);
+  const Sparlane::FileHeader header = db.GetFileHeader();
   const auto stats = db.GetStatistics();
+  const std::string version =
+      std::to_string(header.version_major) + "." + std::to_string(header.version_minor);
 
   if (options.json) {
-    JsonWriter json;
-    json.BeginObject();
-    json.Key("file").String(options.file);
-    json.Key("version").String(std::to_string(header.version_major) + "." +
-                               std::to_string(header.version_minor));
-    json.Key("created_time").Integer(header.created_time);
-    json.Key("created").String(CreationDate(header.created_time));
-    json.Key("creator").String(CreatorName(header));
-    json.Key("compression").String(CompressionName(header.compression));
-    json.Key("header_counts").BeginObject();
-    json.Key("parameters").Integer(header.parameter_count);
-    json.Key("vendors").Integer(header.vendor_count);
-    json.Key("machines").Integer(header.machine_count);
-    json.Key("materials").Integer(header.material_count);
-    json.EndObject();
-    json.Key("statistics").BeginObject();
-    json.Key("parameters").Integer(stats.parameter_count);
-    json.Key("vendors").Integer(stats.vendor_count);
-    json.Key("machines").Integer(stats.machine_count);
-    json.Key("materials").Integer(stats.material_count);
-    json.Key("consumable_sets").Integer(stats.consumable_set_count);
-    json.Key("file_size_bytes").Integer(static_cast<std::int64_t>(stats.file_size_bytes));
-    json.Key("uncompressed_size").Integer(static_cast<std::int64_t>(stats.uncompressed_size));
-    json.Key("compression_ratio").Float(stats.compression_ratio);
-    json.EndObject();
-    json.Key("load_time_ms").Double(load_ms);
-    json.EndObject();
-    std::fputs(json.Text().c_str(), stdout);
+    const Json json = {
+        {"file", options.file},
+        {"version", version},
+        {"created_time", header.created_time},
+        {"created", CreationDate(header.created_time)},
+        {"creator", CreatorName(header)},
+        {"compression", CompressionName(header.compression)},
+        {"header_counts",
+         {{"parameters", header.parameter_count},
+          {"vendors", header.vendor_count},
+          {"machines", header.machine_count},
+          {"materials", header.material_count}}},
+        {"statistics",
+         {{"parameters", stats.parameter_count},
+          {"vendors", stats.vendor_count},
+          {"machines", stats.machine_count},
+          {"materials", stats.material_count},
+          {"consumable_sets", stats.consumable_set_count},
+          {"file_size_bytes", stats.file_size_bytes},
+          {"uncompressed_size", stats.uncompressed_size},
+          {"compression_ratio", JsonFloat(stats.compression_ratio)}}},
+        {"load_time_ms", JsonFloat(static_cast<float>(load_ms))}};
+    std::fputs(JsonText(json).c_str(), stdout);
     return kExitOk;
   }
 
   TextTable table({}, 2);
   table.AddRow({"file", options.file});
-  table.AddRow({"version", std::to_string(header.version_major) + "." +
-                               std::to_string(header.version_minor)});
+  table.AddRow({"version", version});
   table.AddRow({"created", CreationDate(header.created_time)});
   table.AddRow({"creator", CreatorName(header)});
   table.AddRow({"compression", CompressionName(header.compression)});
@@ -115,7 +98,7 @@ int RunInfo(const InfoOptions& options) {
   table.AddRow({"consumable sets", std::to_string(stats.consumable_set_count)});
   table.AddRow({"file size", std::to_string(stats.file_size_bytes) + " bytes"});
   table.AddRow({"uncompressed size", std::to_string(stats.uncompressed_size) + " bytes"});
-  table.AddRow({"compression ratio", FormatNumber(stats.compression_ratio)});
+  table.AddRow({"compression ratio", ShopNumber(stats.compression_ratio, Unit::kFactor)});
   char load_text[32];
   std::snprintf(load_text, sizeof load_text, "%.3f ms", load_ms);
   table.AddRow({"load time", load_text});

@@ -5,7 +5,7 @@
 
 #include "commands.h"
 #include "exit_status.h"
-#include "json_writer.h"
+#include "json_output.h"
 #include "load_database.h"
 
 namespace slb {
@@ -24,11 +24,7 @@ int RunList(const ListOptions& options) {
                      : options.table == "machines" ? db.GetMachines()
                                                    : db.GetMaterials();
   if (options.json) {
-    JsonWriter json;
-    json.BeginArray();
-    for (const auto& name : names) json.String(name);
-    json.EndArray();
-    std::fputs(json.Text().c_str(), stdout);
+    std::fputs(JsonText(Json(names)).c_str(), stdout);
   } else {
     for (const auto& name : names) std::printf("%s\n", name.c_str());
   }

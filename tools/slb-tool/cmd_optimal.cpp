@@ -7,7 +7,7 @@
 #include "catalogue.h"
 #include "commands.h"
 #include "exit_status.h"
-#include "json_writer.h"
+#include "json_output.h"
 #include "load_database.h"
 #include "number_format.h"
 #include "number_options.h"
@@ -41,20 +41,18 @@ int RunOptimal(const OptimalOptions& options) {
   }
   const auto best = db.FindOptimal(options.material, options.thickness, options.tolerance);
   if (!best) {
-    return Fail("no record of " + options.material + " within " +
-                FormatNumber(options.tolerance) + " mm of " + FormatNumber(options.thickness) +
-                " mm");
+    return Fail("no record of " + options.material + " within " + ExactFloat(options.tolerance) +
+                " mm of " + ExactFloat(options.thickness) + " mm");
   }
   const std::string unsafe =
       UnsafeSettingsProblem(*best, options.material, options.thickness);
   if (!unsafe.empty()) return Fail(unsafe);
   if (options.json) {
-    JsonWriter json;
-    WriteRecordJson(json, *best, catalogue);
-    std::fputs(json.Text().c_str(), stdout);
+    std::fputs(JsonText(RecordJson(*best, catalogue)).c_str(), stdout);
   } else {
     std::printf("fastest record of %s within %s mm of %s mm\n", options.material.c_str(),
-                FormatNumber(options.tolerance).c_str(), FormatNumber(options.thickness).c_str());
+                ShopNumber(options.tolerance, Unit::kMillimetre).c_str(),
+                ShopNumber(options.thickness, Unit::kMillimetre).c_str());
     std::fputs(SettingsTable(*best, catalogue).c_str(), stdout);
   }
   return kExitOk;

@@ -5,7 +5,7 @@
 
 #include "commands.h"
 #include "exit_status.h"
-#include "json_writer.h"
+#include "json_output.h"
 #include "load_database.h"
 #include "number_format.h"
 #include "record_selection.h"
@@ -18,10 +18,11 @@ void PrintText(const RecordRequest& request, const Selection& selection,
                const Catalogue& catalogue) {
   const auto mode = request.Mode();
   std::printf("%s %s mm on %s (%s)\n", request.material.c_str(),
-              FormatNumber(request.thickness).c_str(), request.machine.c_str(), ModeName(mode));
+              ShopNumber(request.thickness, Unit::kMillimetre).c_str(), request.machine.c_str(),
+              ModeName(mode));
   std::fputs(SettingsTable(selection.record, catalogue).c_str(), stdout);
   if (mode != SelectionMode::Interpolate) return;
-  std::printf("confidence: %s\n", FormatNumber(selection.confidence).c_str());
+  std::printf("confidence: %s\n", ShopNumber(selection.confidence, Unit::kConfidence).c_str());
   std::printf("extrapolated: %s\n", selection.extrapolated ? "yes" : "no");
   if (selection.neighbours.empty()) return;
   std::printf("neighbouring rows:\n");
@@ -32,29 +33,21 @@ void PrintText(const RecordRequest& request, const Selection& selection,
 void PrintJson(const RecordRequest& request, const Selection& selection,
                const Catalogue& catalogue) {
   const auto mode = request.Mode();
-  JsonWriter json;
-  json.BeginObject();
-  json.Key("mode").String(ModeName(mode));
-  json.Key("material").String(request.material);
-  json.Key("machine").String(request.machine);
-  json.Key("thickness_mm").Float(request.thickness);
-  json.Key("parameter");
-  WriteRecordJson(json, selection.record, catalogue);
+  Json json = {{"mode", ModeName(mode)},
+               {"material", request.material},
+               {"machine", request.machine},
+               {"thickness_mm", JsonFloat(request.thickness)},
+               {"parameter", RecordJson(selection.record, catalogue)}};
   if (mode == SelectionMode::Interpolate) {
-    json.Key("confidence").Float(selection.confidence);
-    json.Key("extrapolated").Bool(selection.extrapolated);
-    json.Key("neighbours").BeginArray();
+    json["confidence"] = JsonFloat(selection.confidence);
+    json["extrapolated"] = selection.extrapolated;
+    json["neighbours"] = Json::array();
     for (std::size_t i = 0; i < selection.neighbours.size(); ++i) {
-      json.BeginObject();
-      json.Key("position").String(selection.neighbour_labels[i]);
-      json.Key("record");
-      WriteRecordJson(json, selection.neighbours[i], catalogue);
-      json.EndObject();
+      json["neighbours"].push_back({{"position", selection.neighbour_labels[i]},
+                                    {"record", RecordJson(selection.neighbours[i], catalogue)}});
     }
-    json.EndArray();
   }
-  json.EndObject();
-  std::fputs(json.Text().c_str(), stdout);
+  std::fputs(JsonText(json).c_str(), stdout);
 }
 
 int RunQuery(const RecordRequest& request) {

@@ -5,7 +5,7 @@
 
 #include "commands.h"
 #include "exit_status.h"
-#include "json_writer.h"
+#include "json_output.h"
 #include "load_database.h"
 #include "number_format.h"
 
@@ -27,20 +27,18 @@ int RunRange(const RangeOptions& options) {
       options.material + (options.machine.empty() ? "" : " on " + options.machine);
   if (!range.valid) return Fail("no records of " + what);
   if (options.json) {
-    JsonWriter json;
-    json.BeginObject();
-    json.Key("material").String(options.material);
-    json.Key("machine");
-    if (options.machine.empty()) json.Null(); else json.String(options.machine);
-    json.Key("min_thickness_mm").Float(range.min_thickness_mm);
-    json.Key("max_thickness_mm").Float(range.max_thickness_mm);
-    json.Key("parameter_count").Integer(range.parameter_count);
-    json.EndObject();
-    std::fputs(json.Text().c_str(), stdout);
+    const Json json = {
+        {"material", options.material},
+        {"machine", options.machine.empty() ? Json(nullptr) : Json(options.machine)},
+        {"min_thickness_mm", JsonFloat(range.min_thickness_mm)},
+        {"max_thickness_mm", JsonFloat(range.max_thickness_mm)},
+        {"parameter_count", range.parameter_count}};
+    std::fputs(JsonText(json).c_str(), stdout);
   } else {
     std::printf("%s: %s to %s mm (%d records)\n", what.c_str(),
-                FormatNumber(range.min_thickness_mm).c_str(),
-                FormatNumber(range.max_thickness_mm).c_str(), range.parameter_count);
+                ShopNumber(range.min_thickness_mm, Unit::kMillimetre).c_str(),
+                ShopNumber(range.max_thickness_mm, Unit::kMillimetre).c_str(),
+                range.parameter_count);
   }
   return kExitOk;
 }

@@ -10,7 +10,7 @@
 #include "catalogue.h"
 #include "commands.h"
 #include "exit_status.h"
-#include "json_writer.h"
+#include "json_output.h"
 #include "load_database.h"
 #include "number_format.h"
 #include "number_options.h"
@@ -47,8 +47,8 @@ std::vector<Finding> ScreenRecords(const std::vector<Sparlane::CuttingParameter>
     const auto& speeds = series[{r.material_id, r.machine_model_id}];
     if (Sparlane::Testing::IsStatisticalOutlier(r.cut_speed_mm_min, speeds, threshold)) {
       findings.push_back({"outlier", r,
-                          "cut speed " + FormatNumber(r.cut_speed_mm_min) +
-                              " mm/min is more than " + FormatNumber(threshold) +
+                          "cut speed " + ExactFloat(r.cut_speed_mm_min) +
+                              " mm/min is more than " + ExactFloat(threshold) +
                               " deviations from its series"});
     }
   }
@@ -61,26 +61,18 @@ int RunValidate(const ValidateOptions& options) {
   const bool valid = db.Validate() == Sparlane::ErrorCode::Success;
   const std::string problem = valid ? std::string() : db.GetLastError();
   const Catalogue catalogue(db);
-  const auto findings = ScreenRecords(AllRecordsByMaterial(db, catalogue), options.threshold);
+  const auto findings = ScreenRecords(db.GetParameters(), options.threshold);
 
   if (options.json) {
-    JsonWriter json;
-    json.BeginObject();
-    json.Key("file").String(options.file);
-    json.Key("valid").Bool(valid);
-    if (!valid) json.Key("problem").String(problem);
-    json.Key("findings").BeginArray();
+    Json json = {{"file", options.file}, {"valid", valid}};
+    if (!valid) json["problem"] = problem;
+    json["findings"] = Json::array();
     for (const auto& f : findings) {
-      json.BeginObject();
-      json.Key("kind").String(f.kind);
-      json.Key("detail").String(f.detail);
-      json.Key("record");
-      WriteRecordJson(json, f.record, catalogue);
-      json.EndObject();
+      json["findings"].push_back({{"kind", f.kind},
+                                  {"detail", f.detail},
+                                  {"record", RecordJson(f.record, catalogue)}});
     }
-    json.EndArray();
-    json.EndObject();
-    std::fputs(json.Text().c_str(), stdout);
+    std::fputs(JsonText(json).c_str(), stdout);
   } else {
     std::printf("%s: %s\n", options.file.c_str(), valid ? "valid" : "INVALID");
     for (const auto& f : findings) {

@@ -41,7 +41,8 @@ BuildResult BuildDatabase(ImportTable& table, const std::string& out_path,
     progress.Update(++added);
     return db.AddParameter(record) == ErrorCode::Success;
   });
-  if (!all_added) {
+  // The library puts the records in the order its lookups expect.
+  if (!all_added || db.SortParameters() != ErrorCode::Success) {
     result.error = db.GetLastError();
     return result;
   }

@@ -16,10 +16,11 @@ struct BuildResult {
   std::size_t records = 0;
 };
 
-// Arranges the table (file ids, lookup order, warnings about conflicting
-// duplicate rows), fills a new database with it, emptying the table as it
-// goes, and saves it over out_path through ReplaceFile.  out_path must be
-// resolved (see ResolvePath).
+// Arranges the table (file ids, warnings about conflicting duplicate rows),
+// fills a new database with it, emptying the table as it goes, sorts the
+// records into lookup order (Database::SortParameters) and saves them over
+// out_path through ReplaceFile.  out_path must be resolved (see
+// ResolvePath).
 BuildResult BuildDatabase(ImportTable& table, const std::string& out_path,
                           Sparlane::CompressionType compression, ProblemList& warnings);
 

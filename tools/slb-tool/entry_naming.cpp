@@ -134,7 +134,7 @@ std::optional<NamedThickness> ThicknessFromName(const std::string& name,
     if (number.out_of_range) return OutOfRange(m, 1);
     const char* unit = bare_unit == LengthUnit::Inch ? "inches" : "mm";
     return NamedThickness{ToMm(number.value, bare_unit),
-                          "no unit in the name; " + FormatNumber(number.value) + " taken as " +
+                          "no unit in the name; " + ExactDouble(number.value) + " taken as " +
                               unit,
                           ""};
   }

@@ -37,14 +37,21 @@ std::optional<ThicknessSpan> SpanOf(const std::vector<Sparlane::CuttingParameter
   return span;
 }
 
+namespace {
+
+// Thicknesses and their limits are floats; each is shown exactly.
+std::string Mm(double float_value) { return ExactFloat(static_cast<float>(float_value)); }
+
+}  // namespace
+
 std::string ExtrapolationRefusal(double thickness_mm, const ThicknessSpan& span,
                                  const std::string& what) {
   const bool below = thickness_mm < span.LowestAllowed();
-  return FormatNumber(thickness_mm) + " mm is too far " + (below ? "below" : "above") +
-         " the listed rows of " + what + " (" + FormatNumber(span.thinnest_mm) + " to " +
-         FormatNumber(span.thickest_mm) + " mm) to extrapolate safely: settings are given "
-         "from " + FormatNumber(span.LowestAllowed()) + " to " +
-         FormatNumber(span.HighestAllowed()) +
+  return Mm(thickness_mm) + " mm is too far " + (below ? "below" : "above") +
+         " the listed rows of " + what + " (" + Mm(span.thinnest_mm) + " to " +
+         Mm(span.thickest_mm) + " mm) to extrapolate safely: settings are given "
+         "from " + Mm(span.LowestAllowed()) + " to " +
+         Mm(span.HighestAllowed()) +
          " mm (25 % beyond the span); --allow-extrapolation gives them anyway";
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <numeric>
 
@@ -37,6 +38,18 @@ bool SameSettings(const Sparlane::CuttingParameter& a, const Sparlane::CuttingPa
          a.transfer_height_mm == b.transfer_height_mm && a.arc_voltage_v == b.arc_voltage_v &&
          a.pierce_time_s == b.pierce_time_s && a.kerf_width_mm == b.kerf_width_mm &&
          a.current_amps == b.current_amps && a.flags == b.flags;
+}
+
+constexpr std::uint32_t kNoRow = std::numeric_limits<std::uint32_t>::max();
+constexpr std::uint64_t kFibonacci = 0x9E3779B97F4A7C15u;  // 2^64 / golden ratio
+
+// What a lookup tells rows apart by.  The thicknesses passed the strict
+// check (finite, at least 0.1), so equal ones have equal bits.
+std::uint64_t LookupKey(const Sparlane::CuttingParameter& r) {
+  std::uint32_t thickness_bits = 0;
+  std::memcpy(&thickness_bits, &r.thickness_mm, sizeof thickness_bits);
+  return std::uint64_t{r.material_id} << 48 | std::uint64_t{r.machine_model_id} << 32 |
+         thickness_bits;
 }
 
 // Ids in byte order of the names: new_ids[old id - 1] is the new id.
@@ -168,50 +181,28 @@ void ImportTable::GiveFileIds() {
   }
 }
 
-void ImportTable::SortRows() {
-  // Sort positions, then move the rows along the permutation's cycles, so
-  // no second copy of the rows is ever made.
-  std::vector<std::uint32_t> order(size_);
-  std::iota(order.begin(), order.end(), 0u);
-  std::sort(order.begin(), order.end(), [this](std::uint32_t a, std::uint32_t b) {
-    const auto& x = At(a).record;
-    const auto& y = At(b).record;
-    if (x.material_id != y.material_id) return x.material_id < y.material_id;
-    if (x.machine_model_id != y.machine_model_id) return x.machine_model_id < y.machine_model_id;
-    if (x.thickness_mm != y.thickness_mm) return x.thickness_mm < y.thickness_mm;
-    return a < b;
-  });
-  for (std::uint32_t start = 0; start < order.size(); ++start) {
-    if (order[start] == start) continue;
-    const Row first = At(start);
-    std::uint32_t at = start;
-    while (true) {
-      const std::uint32_t from = order[at];
-      order[at] = at;
-      if (from == start) {
-        At(at) = first;
-        break;
-      }
-      At(at) = At(from);
-      at = from;
-    }
-  }
-}
-
 void ImportTable::ReportConflictingDuplicates(ProblemList& warnings) {
-  std::size_t group = 0;
-  for (std::size_t i = 1; i < size_; ++i) {
-    const Row& first = At(group);
+  // Each key's first row by position, in an open-addressing table of twice
+  // the rows: a few bytes a row, where a map of keys would cost tens.
+  int bits = 4;
+  while ((std::size_t{1} << bits) < 2 * size_) ++bits;
+  const std::size_t mask = (std::size_t{1} << bits) - 1;
+  std::vector<std::uint32_t> first_of_key(mask + 1, kNoRow);
+  for (std::size_t i = 0; i < size_; ++i) {
     const Row& row = At(i);
-    if (row.record.material_id != first.record.material_id ||
-        row.record.machine_model_id != first.record.machine_model_id ||
-        row.record.thickness_mm != first.record.thickness_mm) {
-      group = i;
+    const std::uint64_t key = LookupKey(row.record);
+    std::size_t slot = static_cast<std::size_t>((key * kFibonacci) >> (64 - bits));
+    while (first_of_key[slot] != kNoRow && LookupKey(At(first_of_key[slot]).record) != key) {
+      slot = (slot + 1) & mask;
+    }
+    if (first_of_key[slot] == kNoRow) {
+      first_of_key[slot] = static_cast<std::uint32_t>(i);
       continue;
     }
+    const Row& first = At(first_of_key[slot]);
     if (SameSettings(row.record, first.record)) continue;
     warnings.Add(Refuse(row.line, "same vendor, machine model, material and thickness (" +
-                                      FormatNumber(row.record.thickness_mm) + " mm) as line " +
+                                      ExactFloat(row.record.thickness_mm) + " mm) as line " +
                                       std::to_string(first.line) +
                                       " but different settings; a lookup may answer from "
                                       "either row"));
@@ -220,7 +211,6 @@ void ImportTable::ReportConflictingDuplicates(ProblemList& warnings) {
 
 void ImportTable::Arrange(ProblemList& warnings) {
   GiveFileIds();
-  SortRows();
   ReportConflictingDuplicates(warnings);
 }
 

@@ -45,11 +45,11 @@ class ImportTable {
 
   // Gives the names their ids in the file: machine models and materials in
   // byte order of their names, vendors in the order their first machine
-  // model takes them, so a file's ids depend only on its rows.  Sorts the
-  // rows by (material, machine model, thickness), keeping input order for
-  // equal keys.  Rows of the same vendor, machine model, material and
-  // thickness with different settings are reported in warnings, naming both
-  // lines.  Call once, after the last Add.
+  // model takes them, so a file's ids depend only on its rows.  Rows keep
+  // their input order; the library sorts them as it builds the file.  A row
+  // with the same vendor, machine model, material and thickness as an
+  // earlier row but different settings is reported in warnings, naming both
+  // lines, in input order.  Call once, after the last Add.
   void Arrange(ProblemList& warnings);
 
   // After Arrange: names in id order, and each machine model's vendor.
@@ -57,7 +57,7 @@ class ImportTable {
   const std::vector<std::string>& Materials() const { return materials_.names; }
   const std::string& VendorOfMachine(std::size_t machine_index) const;
 
-  // After Arrange: calls take(record) for every row in order, freeing the
+  // After Arrange: calls take(record) for every row in input order, freeing the
   // rows as it goes; the table is empty afterwards.  Stops when take
   // returns false.
   bool Drain(const std::function<bool(const Sparlane::CuttingParameter&)>& take);
@@ -80,7 +80,6 @@ class ImportTable {
                            const std::string& material) const;
   std::string VendorProblem(const std::string& vendor, const std::string& machine) const;
   void GiveFileIds();
-  void SortRows();
   void ReportConflictingDuplicates(ProblemList& warnings);
 
   std::string source_;

@@ -1,5 +1,6 @@
 #include "load_database.h"
 
+#include <cstddef>
 #include <cstring>
 #include <fstream>
 
@@ -11,24 +12,24 @@ namespace {
 
 using Sparlane::ErrorCode;
 
-constexpr std::size_t kHeaderBytes = 1024;
-constexpr std::size_t kChecksumAt = 128;
-constexpr std::size_t kChecksumGapEnd = 144;  // bytes 128..143 are not covered
+// The header checksum covers every header byte but the checksum itself and
+// the reserved bytes after it, up to the creator name.
+constexpr std::size_t kUncoveredFrom = offsetof(Sparlane::FileHeader, header_crc32);
+constexpr std::size_t kUncoveredTo = offsetof(Sparlane::FileHeader, creator);
 
-// True when the file's header checksum (over header bytes 0-127 and
-// 144-1023) differs from the one it stores.
+// True when the header checksum of a file that failed to load differs from
+// the one it stores.  The library holds no header for such a file, so its
+// first bytes are read here.  Little-endian hosts only, like the format.
 bool HeaderChecksumDiffers(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  unsigned char header[kHeaderBytes];
-  if (!in.read(reinterpret_cast<char*>(header), sizeof header)) return false;
-  unsigned char covered[kHeaderBytes - (kChecksumGapEnd - kChecksumAt)];
-  std::memcpy(covered, header, kChecksumAt);
-  std::memcpy(covered + kChecksumAt, header + kChecksumGapEnd, kHeaderBytes - kChecksumGapEnd);
-  const std::uint32_t stored = static_cast<std::uint32_t>(header[kChecksumAt]) |
-                               static_cast<std::uint32_t>(header[kChecksumAt + 1]) << 8 |
-                               static_cast<std::uint32_t>(header[kChecksumAt + 2]) << 16 |
-                               static_cast<std::uint32_t>(header[kChecksumAt + 3]) << 24;
-  return Sparlane::Testing::CalculateCRC32(covered, sizeof covered) != stored;
+  unsigned char bytes[sizeof(Sparlane::FileHeader)];
+  if (!in.read(reinterpret_cast<char*>(bytes), sizeof bytes)) return false;
+  Sparlane::FileHeader header;
+  std::memcpy(&header, bytes, sizeof header);
+  unsigned char covered[sizeof bytes - (kUncoveredTo - kUncoveredFrom)];
+  std::memcpy(covered, bytes, kUncoveredFrom);
+  std::memcpy(covered + kUncoveredFrom, bytes + kUncoveredTo, sizeof bytes - kUncoveredTo);
+  return Sparlane::Testing::CalculateCRC32(covered, sizeof covered) != header.header_crc32;
 }
 
 }  // namespace
@@ -51,14 +52,13 @@ std::string LoadFailureCause(ErrorCode code, const std::string& path) {
   return "cannot read the file";
 }
 
-bool LoadDatabase(Sparlane::Database& db, const std::string& given, std::string* resolved) {
+bool LoadDatabase(Sparlane::Database& db, const std::string& given) {
   std::string error;
   const auto path = ResolvePath(given, error);
   if (!path) {
     Fail(error);
     return false;
   }
-  if (resolved != nullptr) *resolved = *path;
   const ErrorCode code = db.LoadFromBinary(*path);
   if (code != ErrorCode::Success) {
     Fail(given + ": " + LoadFailureCause(code, *path) + " (" + db.GetLastError() + ")");

@@ -10,10 +10,8 @@
 namespace slb {
 
 // Resolves given (see ResolvePath) and loads it.  On failure prints
-// "slb-tool: GIVEN: <cause> (<library message>)" and returns false.  The
-// resolved path is stored in resolved when it is not null.
-bool LoadDatabase(Sparlane::Database& db, const std::string& given,
-                  std::string* resolved = nullptr);
+// "slb-tool: GIVEN: <cause> (<library message>)" and returns false.
+bool LoadDatabase(Sparlane::Database& db, const std::string& given);
 
 // The cause of a failed load in words, from the library's code and, for a
 // corrupted file, the file's header: "file not found", "not a parameter file

@@ -39,6 +39,17 @@ std::optional<LengthUnit> UnitVotes::Winner() const {
   return inch > mm ? LengthUnit::Inch : LengthUnit::Millimetre;
 }
 
+void NoteMissingValues(MaterialEntry& entry, const MandatoryKeys& keys) {
+  const std::pair<const char*, const std::optional<double>*> mandatory[] = {
+      {keys.pierce_height, &entry.pierce_height},
+      {keys.pierce_delay, &entry.pierce_delay},
+      {keys.cut_height, &entry.cut_height},
+      {keys.cut_speed, &entry.cut_speed}};
+  for (const auto& [key, value] : mandatory) {
+    if (!value->has_value()) entry.missing.push_back(key);
+  }
+}
+
 UnitVotes CountUnitVotes(const std::vector<MaterialEntry>& entries) {
   UnitVotes votes;
   for (const auto& e : entries) {
@@ -117,7 +128,7 @@ std::vector<ImportRow> PlaceEntries(const std::vector<MaterialEntry>& entries,
     if (amps >= 0.0 && amps <= 65535.0) {
       p.current_amps = static_cast<std::uint16_t>(amps);
     } else if (row.problem.empty()) {
-      row.problem = "current_amps must be 1 to 1000 A (is " + FormatNumber(amps) + ")";
+      row.problem = "current_amps must be 1 to 1000 A (is " + ExactDouble(amps) + ")";
     }
 
     if (row.problem.empty()) row.problem = StrictCheckFindingOfValues(p);
@@ -131,7 +142,7 @@ std::vector<ImportRow> PlaceEntries(const std::vector<MaterialEntry>& entries,
     const auto earlier = placed.find(key);
     if (earlier != placed.end()) {
       warnings.push_back(NotPlaced(entry, "same material and thickness (" +
-                                              FormatNumber(p.thickness_mm) + " mm) as \"" +
+                                              ExactFloat(p.thickness_mm) + " mm) as \"" +
                                               Printable(earlier->second->name) + "\" at line " +
                                               std::to_string(earlier->second->line)));
       continue;

@@ -32,6 +32,18 @@ struct MaterialEntry {
   std::string Where() const { return source + ":" + std::to_string(line); }
 };
 
+// The file's own names of the values an entry cannot be placed without.
+struct MandatoryKeys {
+  const char* pierce_height;
+  const char* pierce_delay;
+  const char* cut_height;
+  const char* cut_speed;
+};
+
+// Adds to entry.missing the key of each mandatory value the entry lacks, in
+// the order above.
+void NoteMissingValues(MaterialEntry& entry, const MandatoryKeys& keys);
+
 struct PlacementOptions {
   std::string vendor;
   std::string machine;

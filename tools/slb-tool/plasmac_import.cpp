@@ -59,14 +59,7 @@ MaterialEntry Finish(Block& block) {
   entry.cut_amps = NumberOf(block, "CUT_AMPS", entry);
   entry.cut_volts = NumberOf(block, "CUT_VOLTS", entry);
   entry.thickness = NumberOf(block, "THICKNESS", entry);
-  const std::pair<const char*, const std::optional<double>*> mandatory[] = {
-      {"PIERCE_HEIGHT", &entry.pierce_height},
-      {"PIERCE_DELAY", &entry.pierce_delay},
-      {"CUT_HEIGHT", &entry.cut_height},
-      {"CUT_SPEED", &entry.cut_speed}};
-  for (const auto& [key, value] : mandatory) {
-    if (!value->has_value()) entry.missing.push_back(key);
-  }
+  NoteMissingValues(entry, {"PIERCE_HEIGHT", "PIERCE_DELAY", "CUT_HEIGHT", "CUT_SPEED"});
   return entry;
 }
 
@@ -74,10 +67,8 @@ MaterialEntry Finish(Block& block) {
 
 bool ReadPlasmacFile(const std::string& path, std::vector<MaterialEntry>& entries,
                      std::vector<std::string>& warnings) {
-  std::string text;
-  if (!ReadFile(path, text)) return false;
-  if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);  // UTF-8 byte order mark
-  const auto lines = SplitLines(text);
+  std::vector<std::string> lines;
+  if (!ReadTextLines(path, lines)) return false;
   std::vector<Block> blocks;
   std::set<std::string> unknown_keys;
   bool in_block = false;

@@ -96,8 +96,8 @@ Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
                                 request.exact_tolerance);
       if (!found) {
         selection.miss_reason = "no record of " + what + " within " +
-                                FormatNumber(request.exact_tolerance) + " mm of " +
-                                FormatNumber(request.thickness) + " mm";
+                                ExactFloat(request.exact_tolerance) + " mm of " +
+                                ExactFloat(request.thickness) + " mm";
         return selection;
       }
       selection.record = *found;
@@ -116,7 +116,7 @@ Selection SelectRecord(const Sparlane::Database& db, const Catalogue& catalogue,
       const auto result = db.Interpolate(request.material, request.thickness, request.machine);
       if (!(result.confidence > 0.0f)) {
         selection.miss_reason = "no settings can be built for " + what + " at " +
-                                FormatNumber(request.thickness) + " mm";
+                                ExactFloat(request.thickness) + " mm";
         return selection;
       }
       selection.record = result.parameter;

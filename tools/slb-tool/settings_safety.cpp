@@ -23,17 +23,17 @@ std::vector<Sparlane::CuttingParameter> ListedRecords(const Sparlane::Database& 
 }
 
 std::string ExtrapolationProblem(const std::vector<Sparlane::CuttingParameter>& listed,
-                                 double thickness_mm, const std::string& what) {
+                                 float thickness_mm, const std::string& what) {
   const auto span = SpanOf(listed);
   if (!span || span->Allows(thickness_mm)) return std::string();
   return ExtrapolationRefusal(thickness_mm, *span, what);
 }
 
 std::string UnsafeSettingsProblem(const Sparlane::CuttingParameter& p, const std::string& what,
-                                  double thickness_mm) {
+                                  float thickness_mm) {
   const std::string finding = StrictCheckFinding(p);
   if (finding.empty()) return finding;
-  return "the settings found for " + what + " at " + FormatNumber(thickness_mm) +
+  return "the settings found for " + what + " at " + ExactFloat(thickness_mm) +
          " mm fail the strict record check and are not shown: " + finding;
 }
 
@@ -43,7 +43,7 @@ std::string UnsafeSourceProblem(const std::vector<Sparlane::CuttingParameter>& r
   for (const auto& row : rows) {
     const std::string finding = StrictCheckFinding(row);
     if (finding.empty()) continue;
-    return "the listed row of " + what + " at " + FormatNumber(row.thickness_mm) +
+    return "the listed row of " + what + " at " + ExactFloat(row.thickness_mm) +
            " mm that the settings are built from fails the strict record check, so none are "
            "shown: " + finding;
   }

@@ -24,12 +24,12 @@ std::vector<Sparlane::CuttingParameter> ListedRecords(const Sparlane::Database& 
 // (beyond their extrapolation limit; see extrapolation_limit.h), or "".
 // what names the rows in the message ("Mild steel on AIR-45A").
 std::string ExtrapolationProblem(const std::vector<Sparlane::CuttingParameter>& listed,
-                                 double thickness_mm, const std::string& what);
+                                 float thickness_mm, const std::string& what);
 
 // Why settings found for thickness_mm must not be shown (they fail the
 // strict record check), or "".
 std::string UnsafeSettingsProblem(const Sparlane::CuttingParameter& p, const std::string& what,
-                                  double thickness_mm);
+                                  float thickness_mm);
 
 // Why settings built from these listed rows must not be shown (one of them
 // fails the strict record check), or "".

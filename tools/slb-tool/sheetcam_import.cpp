@@ -63,14 +63,7 @@ MaterialEntry ToEntry(const std::string& path, const Section& s) {
   e.cut_speed = FirstNumber(s, {"Feed rate"}, e);
   e.cut_amps = FirstNumber(s, {"Cut current", "Preset current", "Tip Size -Amps"}, e);
   e.cut_volts = FirstNumber(s, {"Cut voltage", "Preset volts"}, e);
-  const std::pair<const char*, const std::optional<double>*> mandatory[] = {
-      {"Pierce height", &e.pierce_height},
-      {"Pierce delay", &e.pierce_delay},
-      {"Cut height", &e.cut_height},
-      {"Feed rate", &e.cut_speed}};
-  for (const auto& [key, value] : mandatory) {
-    if (!value->has_value()) e.missing.push_back(key);
-  }
+  NoteMissingValues(e, {"Pierce height", "Pierce delay", "Cut height", "Feed rate"});
   return e;
 }
 
@@ -78,10 +71,8 @@ MaterialEntry ToEntry(const std::string& path, const Section& s) {
 
 bool ReadSheetcamFile(const std::string& path, std::vector<MaterialEntry>& entries,
                       std::vector<std::string>& warnings) {
-  std::string text;
-  if (!ReadFile(path, text)) return false;
-  if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) text.erase(0, 3);
-  const auto lines = SplitLines(text);
+  std::vector<std::string> lines;
+  if (!ReadTextLines(path, lines)) return false;
   std::vector<Section> sections;
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const std::string_view line = Trim(lines[i]);

@@ -83,19 +83,15 @@ std::string Printable(std::string_view text) {
   return out;
 }
 
-bool ReadFile(const std::string& path, std::string& contents) {
+bool ReadTextLines(const std::string& path, std::vector<std::string>& lines) {
   std::ifstream in(path, std::ios::binary);
   if (!in) return false;
   std::ostringstream buffer;
   buffer << in.rdbuf();
   if (in.bad()) return false;
-  contents = buffer.str();
-  return true;
-}
-
-std::vector<std::string> SplitLines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::size_t start = 0;
+  const std::string text = buffer.str();
+  std::size_t start = text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
+  lines.clear();
   while (start < text.size()) {
     std::size_t end = text.find('\n', start);
     if (end == std::string::npos) end = text.size();
@@ -104,7 +100,7 @@ std::vector<std::string> SplitLines(const std::string& text) {
     lines.push_back(std::move(line));
     start = end + 1;
   }
-  return lines;
+  return true;
 }
 
 }  // namespace slb

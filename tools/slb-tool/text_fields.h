@@ -33,11 +33,10 @@ std::optional<std::uint64_t> ParseUnsigned(std::string_view text, std::uint64_t 
 // messages without sending a terminal control sequences.
 std::string Printable(std::string_view text);
 
-// Reads a whole file; false when it cannot be read.
-bool ReadFile(const std::string& path, std::string& contents);
-
-// Splits into lines at LF, dropping a CR before it.
-std::vector<std::string> SplitLines(const std::string& text);
+// Reads a whole text file into lines: a UTF-8 byte order mark at the start
+// is dropped, lines end at LF, and a CR before the LF is dropped.  False
+// when the file cannot be read.
+bool ReadTextLines(const std::string& path, std::vector<std::string>& lines);
 
 }  // namespace slb
 
