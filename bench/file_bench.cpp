@@ -27,6 +27,7 @@
 #include "file/byte_order.h"
 #include "file/file_parser.h"
 #include "file/mapped_file.h"
+#include "mapped_bytes.h"
 #include "sparlane/sparlane.h"
 #include "../tests/support/store_seam.h"
 
@@ -85,22 +86,7 @@ std::string MakeFile(const std::string& name, int records, CompressionType c) {
   return path;
 }
 
-struct Mapping {
-  int fd = -1;
-  const std::uint8_t* data = nullptr;
-  std::size_t size = 0;
-  explicit Mapping(const std::string& path) {
-    fd = ::open(path.c_str(), O_RDONLY);
-    struct stat st {};
-    ::fstat(fd, &st);
-    size = static_cast<std::size_t>(st.st_size);
-    data = static_cast<const std::uint8_t*>(::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0));
-  }
-  ~Mapping() {
-    ::munmap(const_cast<std::uint8_t*>(data), size);
-    ::close(fd);
-  }
-};
+using Mapping = bench::MappedBytes;
 
 // The parameter data offset of a file, read from its header.
 std::size_t DataOffset(const Mapping& m) { return Sparlane::LoadLE64(m.data + 104); }

@@ -27,7 +27,7 @@
 #include <vector>
 
 #ifdef SPARLANE_BENCH_HAVE_SQLITE
-#include <sqlite3.h>
+#include "sqlite_twin.h"
 #endif
 
 #include "collecting_reporter.h"
@@ -96,170 +96,6 @@ std::vector<CuttingParameter> MakeTable(const Shape& shape) {
   return table;
 }
 
-#ifdef SPARLANE_BENCH_HAVE_SQLITE
-// The same rows in SQLite, with the statements each query needs.
-class SqlStore {
- public:
-  SqlStore(const Shape& shape, const std::vector<CuttingParameter>& table) {
-    sqlite3_open(":memory:", &db_);
-    Exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;");
-    Exec("CREATE TABLE vendors(id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE);"
-         "CREATE TABLE machines(id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE);"
-         "CREATE TABLE materials(id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE);"
-         "CREATE TABLE params(pos INTEGER PRIMARY KEY, vendor_id INTEGER,"
-         " machine_model_id INTEGER, material_id INTEGER, thickness_mm REAL,"
-         " cut_speed_mm_min REAL, cut_height_mm REAL, pierce_height_mm REAL,"
-         " transfer_height_mm REAL, arc_voltage_v REAL, pierce_time_s REAL,"
-         " kerf_width_mm REAL, current_amps INTEGER, flags INTEGER);");
-    Exec("BEGIN");
-    sqlite3_stmt* names = Prepare("INSERT INTO machines(id, name) VALUES(?1, ?2)");
-    for (int i = 1; i <= shape.machines; ++i) InsertName(names, i, MachineName(i));
-    sqlite3_finalize(names);
-    names = Prepare("INSERT INTO materials(id, name) VALUES(?1, ?2)");
-    for (int i = 1; i <= shape.materials; ++i) InsertName(names, i, MaterialName(i));
-    sqlite3_finalize(names);
-    names = Prepare("INSERT INTO vendors(id, name) VALUES(?1, ?2)");
-    for (int i = 1; i <= 20; ++i) InsertName(names, i, "Vendor " + std::to_string(i));
-    sqlite3_finalize(names);
-    sqlite3_stmt* row = Prepare("INSERT INTO params VALUES(?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12,?13,?14)");
-    for (std::size_t pos = 0; pos < table.size(); ++pos) {
-      const CuttingParameter& p = table[pos];
-      sqlite3_bind_int64(row, 1, static_cast<sqlite3_int64>(pos));
-      sqlite3_bind_int(row, 2, p.vendor_id);
-      sqlite3_bind_int(row, 3, p.machine_model_id);
-      sqlite3_bind_int(row, 4, p.material_id);
-      const float floats[] = {p.thickness_mm,       p.cut_speed_mm_min, p.cut_height_mm,
-                              p.pierce_height_mm,   p.transfer_height_mm, p.arc_voltage_v,
-                              p.pierce_time_s,      p.kerf_width_mm};
-      for (int f = 0; f < 8; ++f) sqlite3_bind_double(row, 5 + f, floats[f]);
-      sqlite3_bind_int(row, 13, p.current_amps);
-      sqlite3_bind_int64(row, 14, p.flags);
-      sqlite3_step(row);
-      sqlite3_reset(row);
-    }
-    sqlite3_finalize(row);
-    Exec("CREATE INDEX params_key ON params(material_id, machine_model_id, thickness_mm)");
-    Exec("COMMIT");
-    Exec("ANALYZE");
-
-    const std::string cols =
-        "SELECT vendor_id, machine_model_id, material_id, thickness_mm, cut_speed_mm_min,"
-        " cut_height_mm, pierce_height_mm, transfer_height_mm, arc_voltage_v, pierce_time_s,"
-        " kerf_width_mm, current_amps, flags FROM params ";
-    const std::string pair =
-        "WHERE material_id = (SELECT id FROM materials WHERE name = ?1)"
-        " AND machine_model_id = (SELECT id FROM machines WHERE name = ?2) ";
-    exact_ = Prepare(cols + pair + "AND thickness_mm BETWEEN ?3 - ?4 AND ?3 + ?4 LIMIT 1");
-    at_or_above_ = Prepare(cols + pair + "AND thickness_mm >= ?3 ORDER BY thickness_mm LIMIT 2");
-    below_ = Prepare(cols + pair + "AND thickness_mm < ?3 ORDER BY thickness_mm DESC LIMIT 1");
-    nearest_ = Prepare(cols + pair + "ORDER BY abs(thickness_mm - ?3), pos LIMIT 1");
-    optimal_ = Prepare(cols +
-                       "WHERE material_id = (SELECT id FROM materials WHERE name = ?1)"
-                       " AND thickness_mm BETWEEN ?2 - ?3 AND ?2 + ?3 AND cut_speed_mm_min > 0"
-                       " ORDER BY cut_speed_mm_min DESC, pos LIMIT 1");
-  }
-  ~SqlStore() {
-    for (sqlite3_stmt* s : {exact_, at_or_above_, below_, nearest_, optimal_}) sqlite3_finalize(s);
-    sqlite3_close(db_);
-  }
-  SqlStore(const SqlStore&) = delete;
-  SqlStore& operator=(const SqlStore&) = delete;
-
-  std::optional<CuttingParameter> FindExact(const Query& q, float t, float tol) {
-    BindPair(exact_, q);
-    sqlite3_bind_double(exact_, 3, t);
-    sqlite3_bind_double(exact_, 4, tol);
-    return StepOne(exact_);
-  }
-
-  // The bracketing rows, then the same arithmetic as the library.
-  Sparlane::InterpolationResult Interpolate(const Query& q, float t) {
-    BindPair(at_or_above_, q);
-    sqlite3_bind_double(at_or_above_, 3, t);
-    std::optional<CuttingParameter> upper = Step(at_or_above_);
-    std::optional<CuttingParameter> next = upper ? Step(at_or_above_) : std::nullopt;
-    sqlite3_reset(at_or_above_);
-    BindPair(below_, q);
-    sqlite3_bind_double(below_, 3, t);
-    std::optional<CuttingParameter> lower = StepOne(below_);
-    benchmark::DoNotOptimize(next);  // the library reads the record after p too
-    Sparlane::InterpolationResult r{};
-    if (upper && std::fabs(upper->thickness_mm - t) < 0.001f) {
-      r.parameter = *upper;
-      r.confidence = 1.0f;
-    } else if (lower && upper) {
-      r.parameter = Sparlane::Testing::InterpolateLinear(*lower, *upper, t);
-      const float span = upper->thickness_mm - lower->thickness_mm;
-      r.confidence = 1.0f - std::fabs((t - lower->thickness_mm) / span - 0.5f) * 0.4f;
-    } else if (lower || upper) {
-      r.parameter = Sparlane::Testing::ExtrapolateConservative(lower ? *lower : *upper, t);
-      r.confidence = 0.3f;
-      r.extrapolated = true;
-    }
-    return r;
-  }
-
-  std::optional<CuttingParameter> FindNearest(const Query& q, float t) {
-    BindPair(nearest_, q);
-    sqlite3_bind_double(nearest_, 3, t);
-    return StepOne(nearest_);
-  }
-
-  std::optional<CuttingParameter> FindOptimal(const Query& q, float t, float tol) {
-    sqlite3_bind_text(optimal_, 1, q.material.data(), static_cast<int>(q.material.size()),
-                      SQLITE_STATIC);
-    sqlite3_bind_double(optimal_, 2, t);
-    sqlite3_bind_double(optimal_, 3, tol);
-    return StepOne(optimal_);
-  }
-
- private:
-  void Exec(const std::string& sql) { sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr); }
-  sqlite3_stmt* Prepare(const std::string& sql) {
-    sqlite3_stmt* s = nullptr;
-    if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &s, nullptr) != SQLITE_OK) {
-      std::fprintf(stderr, "sqlite: %s\n", sqlite3_errmsg(db_));
-    }
-    return s;
-  }
-  static void InsertName(sqlite3_stmt* s, int id, const std::string& name) {
-    sqlite3_bind_int(s, 1, id);
-    sqlite3_bind_text(s, 2, name.c_str(), -1, SQLITE_TRANSIENT);
-    sqlite3_step(s);
-    sqlite3_reset(s);
-  }
-  static void BindPair(sqlite3_stmt* s, const Query& q) {
-    sqlite3_bind_text(s, 1, q.material.data(), static_cast<int>(q.material.size()), SQLITE_STATIC);
-    sqlite3_bind_text(s, 2, q.machine.data(), static_cast<int>(q.machine.size()), SQLITE_STATIC);
-  }
-  static std::optional<CuttingParameter> Step(sqlite3_stmt* s) {
-    if (sqlite3_step(s) != SQLITE_ROW) return std::nullopt;
-    CuttingParameter p{};
-    p.vendor_id = static_cast<std::uint16_t>(sqlite3_column_int(s, 0));
-    p.machine_model_id = static_cast<std::uint16_t>(sqlite3_column_int(s, 1));
-    p.material_id = static_cast<std::uint16_t>(sqlite3_column_int(s, 2));
-    float* floats[] = {&p.thickness_mm,       &p.cut_speed_mm_min, &p.cut_height_mm,
-                       &p.pierce_height_mm,   &p.transfer_height_mm, &p.arc_voltage_v,
-                       &p.pierce_time_s,      &p.kerf_width_mm};
-    for (int f = 0; f < 8; ++f) *floats[f] = static_cast<float>(sqlite3_column_double(s, 3 + f));
-    p.current_amps = static_cast<std::uint16_t>(sqlite3_column_int(s, 11));
-    p.flags = static_cast<std::uint32_t>(sqlite3_column_int64(s, 12));
-    return p;
-  }
-  static std::optional<CuttingParameter> StepOne(sqlite3_stmt* s) {
-    std::optional<CuttingParameter> p = Step(s);
-    sqlite3_reset(s);
-    return p;
-  }
-
-  sqlite3* db_ = nullptr;
-  sqlite3_stmt* exact_ = nullptr;
-  sqlite3_stmt* at_or_above_ = nullptr;
-  sqlite3_stmt* below_ = nullptr;
-  sqlite3_stmt* nearest_ = nullptr;
-  sqlite3_stmt* optimal_ = nullptr;
-};
-#endif
 
 // One size: the database, its SQLite twin and a shuffled list of queries.
 struct Fixture {
@@ -272,7 +108,11 @@ struct Fixture {
     for (int i = 1; i <= shape.materials; ++i) db.AddMaterial(MaterialName(i));
     DatabaseAccess::LoadRecords(db, table);  // as a load does
 #ifdef SPARLANE_BENCH_HAVE_SQLITE
-    sql = std::make_unique<SqlStore>(shape, table);
+    bench::SqliteTwin::Names names;
+    for (int i = 1; i <= shape.machines; ++i) names.machines.push_back(MachineName(i));
+    for (int i = 1; i <= shape.materials; ++i) names.materials.push_back(MaterialName(i));
+    for (int i = 1; i <= 20; ++i) names.vendors.push_back("Vendor " + std::to_string(i));
+    sql = std::make_unique<bench::SqliteTwin>(":memory:", names, table);
 #endif
     std::mt19937 rng(42);
     for (int i = 0; i < 4096; ++i) {
@@ -290,7 +130,7 @@ struct Fixture {
   Shape shape;
   Database db;
 #ifdef SPARLANE_BENCH_HAVE_SQLITE
-  std::unique_ptr<SqlStore> sql;
+  std::unique_ptr<bench::SqliteTwin> sql;
 #endif
   std::vector<Query> queries;
 };
@@ -400,22 +240,24 @@ void BM_FindNearestWholeScan(benchmark::State& s) {
 #ifdef SPARLANE_BENCH_HAVE_SQLITE
 void BM_SqlFindExact(benchmark::State& s) {
   Loop(s, [](Fixture& f, const Query& q) {
-    return Found(f.sql->FindExact(q, q.listed_thickness, 0.01f));
+    return Found(f.sql->FindExact(q.material, q.machine, q.listed_thickness, 0.01f));
   });
 }
 void BM_SqlInterpolate(benchmark::State& s) {
   Loop(s, [](Fixture& f, const Query& q) -> std::size_t {
-    auto r = f.sql->Interpolate(q, q.between_thickness);
+    auto r = f.sql->Interpolate(q.material, q.machine, q.between_thickness);
     benchmark::DoNotOptimize(r);
     return r.confidence > 0.0f ? 1 : 0;
   });
 }
 void BM_SqlFindNearest(benchmark::State& s) {
-  Loop(s, [](Fixture& f, const Query& q) { return Found(f.sql->FindNearest(q, q.between_thickness)); });
+  Loop(s, [](Fixture& f, const Query& q) {
+    return Found(f.sql->FindNearest(q.material, q.machine, q.between_thickness));
+  });
 }
 void BM_SqlFindOptimal(benchmark::State& s) {
   Loop(s, [](Fixture& f, const Query& q) {
-    return Found(f.sql->FindOptimal(q, q.listed_thickness, 0.01f));
+    return Found(f.sql->FindOptimal(q.material, q.listed_thickness, 0.01f));
   });
 }
 #endif

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "sparlane/sparlane.h"
-#include "store/record_indexes.h"
+#include "store/index_builder.h"
 #include "../tests/support/store_seam.h"
 
 namespace {
@@ -55,12 +55,13 @@ const std::vector<CuttingParameter>& SortedTable() {
   return table;
 }
 
-// The material index and the machine index alone.
+// Every index of the table from its records, in one pass.
 void BM_RebuildRecordIndexes(benchmark::State& state) {
   const std::vector<CuttingParameter>& table = SortedTable();
   Sparlane::RecordIndexes d;
+  Sparlane::PairIndex positions;
   for (auto _ : state) {
-    d.Rebuild(table);
+    Sparlane::BuildIndexes(table, d, positions);
     benchmark::DoNotOptimize(d.material_ranges.size());
     benchmark::DoNotOptimize(d.machine_records.size());
   }

@@ -32,17 +32,21 @@ ErrorCode CheckRecords(Store& s) {
 ErrorCode CheckIndexes(Store& s) {
   const std::uint64_t record_count = s.records().size();
   const RecordIndexes& indexes = s.record_indexes();
-  for (const auto& entry : indexes.material_ranges) {
-    for (const ThicknessBucket& bucket : entry.second) {
-      if (!SpanFits(bucket.first, bucket.count, record_count)) {
-        return s.Fail(ErrorCode::InvalidData, "Thickness index points beyond parameter array");
-      }
+  bool materials_fit = true;
+  indexes.material_ranges.ForEach([&](std::uint16_t, const std::vector<ThicknessBucket>& list) {
+    for (const ThicknessBucket& bucket : list) {
+      materials_fit = materials_fit && SpanFits(bucket.first, bucket.count, record_count);
     }
+  });
+  if (!materials_fit) {
+    return s.Fail(ErrorCode::InvalidData, "Thickness index points beyond parameter array");
   }
-  for (const auto& entry : indexes.machine_records) {
-    if (!SpanFits(entry.second.first, entry.second.count, record_count)) {
-      return s.Fail(ErrorCode::InvalidData, "Machine index points beyond parameter array");
-    }
+  bool machines_fit = true;
+  indexes.machine_records.ForEach([&](std::uint16_t, const MachineSpan& span) {
+    machines_fit = machines_fit && SpanFits(span.first, span.count, record_count);
+  });
+  if (!machines_fit) {
+    return s.Fail(ErrorCode::InvalidData, "Machine index points beyond parameter array");
   }
   return ErrorCode::Success;
 }

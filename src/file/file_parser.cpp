@@ -13,10 +13,20 @@
 #include "file/header_check.h"
 #include "file/header_codec.h"
 #include "file/lz4_blocks.h"
+#include "file/mapped_file.h"
 #include "file/record_bytes_iterator.h"
+#include "store/index_builder.h"
+#include "store/large_pages.h"
 
 namespace Sparlane {
 namespace {
+
+// Records are copied (or decoded) and indexed a slice at a time, while the
+// slice is in cache; every so many bytes read, the file's pages behind the
+// cursor go back to the system, so a load holds the records and about one
+// window of the file, not the whole file besides.
+constexpr std::size_t kSliceRecords = 1024;
+constexpr std::uint64_t kReleaseWindow = std::uint64_t{1} << 20;
 
 // Position in the mapped bytes.  pos may run past size after an unchecked
 // skip; Left() is then 0 and every further read fails.
@@ -24,10 +34,19 @@ struct Cursor {
   const std::uint8_t* data;
   std::uint64_t size;
   std::uint64_t pos;
+  MappedFile* file;  // whose pages are given back behind the cursor; may be null
+  std::uint64_t released = 0;
 
   std::uint64_t Left() const { return pos < size ? size - pos : 0; }
   bool Has(std::uint64_t n) const { return pos <= size && n <= size - pos; }
   const std::uint8_t* Here() const { return data + pos; }
+
+  // Gives back what lies behind the cursor once a window's worth has built up.
+  void Release() {
+    if (file == nullptr || pos < released + kReleaseWindow) return;
+    file->ReleaseBefore(pos);
+    released = pos;
+  }
 };
 
 enum class TableForm { kPlain, kMachine };
@@ -68,21 +87,34 @@ ErrorCode ReadNameTable(Cursor& c, TableForm form,
 
 using RecordsPart = std::optional<std::vector<CuttingParameter>>;
 
-ErrorCode ReadRawRecords(Cursor& c, std::uint32_t count, RecordsPart& part) {
+ErrorCode ReadRawRecords(Cursor& c, std::uint32_t count, RecordsPart& part, IndexBuilder& index) {
   const std::uint64_t bytes = static_cast<std::uint64_t>(count) * sizeof(CuttingParameter);
   if (!c.Has(bytes)) return ErrorCode::InvalidData;
-  RecordBytesIterator first(c.Here());
-  RecordBytesIterator last(c.Here() + bytes);
-  part.emplace(first, last);
-  c.pos += bytes;
+  std::vector<CuttingParameter>& out = part.emplace();
+  ReserveLargeArray(out, count);
+  index.Reserve(count);
+  PrefaultAhead<CuttingParameter> room;
+  for (std::size_t done = 0; done < count;) {
+    const std::size_t n = std::min<std::size_t>(kSliceRecords, count - done);
+    room.Before(out, n);
+    RecordBytesIterator first(c.Here());
+    out.insert(out.end(), first, first + static_cast<std::ptrdiff_t>(n));
+    index.Add(out.data() + done, n);
+    done += n;
+    c.pos += n * sizeof(CuttingParameter);
+    c.Release();
+  }
   return ErrorCode::Success;
 }
 
-ErrorCode ReadLz4Records(Cursor& c, std::uint32_t count, RecordsPart& part) {
+ErrorCode ReadLz4Records(Cursor& c, std::uint32_t count, RecordsPart& part, IndexBuilder& index) {
   std::vector<CuttingParameter>& out = part.emplace();
   // No more than the remaining bytes could decode to.
   const std::uint64_t reachable = MaxLz4Expansion(c.Left()) / sizeof(CuttingParameter);
-  out.reserve(std::min<std::uint64_t>(count, reachable));
+  const auto expected = static_cast<std::size_t>(std::min<std::uint64_t>(count, reachable));
+  ReserveLargeArray(out, expected);
+  index.Reserve(expected);
+  PrefaultAhead<CuttingParameter> room;
   while (out.size() < count) {
     if (!c.Has(kBlockHeadSize)) return ErrorCode::InvalidParameter;
     const std::uint32_t raw_size = LoadLE32(c.Here());
@@ -91,19 +123,24 @@ ErrorCode ReadLz4Records(Cursor& c, std::uint32_t count, RecordsPart& part) {
         raw_size % sizeof(CuttingParameter) != 0) {
       return ErrorCode::InvalidData;
     }
+    const std::size_t before = out.size();
+    room.Before(out, raw_size / sizeof(CuttingParameter));
     const ErrorCode code = DecodeLz4Block(c.Here() + kBlockHeadSize, compressed_size, raw_size, out);
     if (code != ErrorCode::Success) return code;
+    index.Add(out.data() + before, out.size() - before);
     c.pos += kBlockHeadSize + compressed_size;
+    c.Release();
   }
   return ErrorCode::Success;
 }
 
-ErrorCode ReadParameterData(Cursor& c, const FileHeader& header, RecordsPart& out) {
+ErrorCode ReadParameterData(Cursor& c, const FileHeader& header, RecordsPart& out,
+                            IndexBuilder& index) {
   switch (static_cast<CompressionType>(header.compression)) {
     case CompressionType::None:
-      return ReadRawRecords(c, header.parameter_count, out);
+      return ReadRawRecords(c, header.parameter_count, out, index);
     case CompressionType::LZ4:
-      return ReadLz4Records(c, header.parameter_count, out);
+      return ReadLz4Records(c, header.parameter_count, out, index);
     case CompressionType::Reserved:
       // No data is stored; the loaded table is empty whatever the count says.
       out.emplace();
@@ -112,9 +149,8 @@ ErrorCode ReadParameterData(Cursor& c, const FileHeader& header, RecordsPart& ou
   return ErrorCode::CorruptedFile;  // unreachable: the header check refuses > 2
 }
 
-}  // namespace
-
-ErrorCode ParseParameterFile(const std::uint8_t* data, std::uint64_t size, StoreParts& parts) {
+ErrorCode Parse(const std::uint8_t* data, std::uint64_t size, MappedFile* file,
+                StoreParts& parts) {
   if (size < kHeaderSize) return ErrorCode::CorruptedFile;
   const FileHeader header = DecodeHeader(data);
   const ErrorCode header_code = CheckHeaderForLoad(header, data, size);
@@ -122,12 +158,28 @@ ErrorCode ParseParameterFile(const std::uint8_t* data, std::uint64_t size, Store
   parts.header = header;
 
   // The section offsets were only tested; reading goes back to back.
-  Cursor c{data, size, kHeaderSize};
+  Cursor c{data, size, kHeaderSize, file};
   ErrorCode code = ReadNameTable(c, TableForm::kPlain, parts.vendors);
   if (code == ErrorCode::Success) code = ReadNameTable(c, TableForm::kMachine, parts.machines);
   if (code == ErrorCode::Success) code = ReadNameTable(c, TableForm::kPlain, parts.materials);
-  if (code == ErrorCode::Success) code = ReadParameterData(c, header, parts.records);
-  return code;
+  if (code != ErrorCode::Success) return code;
+  IndexBuilder index;
+  code = ReadParameterData(c, header, parts.records, index);
+  if (code != ErrorCode::Success) return code;
+  StoreIndexes& built = parts.indexes.emplace();
+  index.Finish(*parts.records, built.records, built.positions);
+  if (file != nullptr) file->ReleaseBefore(c.pos);
+  return ErrorCode::Success;
+}
+
+}  // namespace
+
+ErrorCode ParseParameterFile(const std::uint8_t* data, std::uint64_t size, StoreParts& parts) {
+  return Parse(data, size, nullptr, parts);
+}
+
+ErrorCode ParseParameterFile(MappedFile& file, StoreParts& parts) {
+  return Parse(file.view(), file.size(), &file, parts);
 }
 
 }  // namespace Sparlane

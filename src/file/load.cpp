@@ -33,13 +33,13 @@ ErrorCode Database::LoadFromBinary(const std::string& path) {
   }
 
   StoreParts parts;
-  const ErrorCode parse_code = ParseParameterFile(file->view(), file->size(), parts);
-  s.Replace(std::move(parts));  // on failure, what was read so far
+  const ErrorCode parse_code = ParseParameterFile(*file, parts);
+  // On failure, what was read so far; on success the indexes come along.
+  s.Replace(std::move(parts));
   if (parse_code != ErrorCode::Success) {
     return s.Fail(parse_code, "Failed to read binary format");
   }
 
-  s.RebuildRecordIndexes();
   s.FinishLoad(std::move(file));
 
   const auto end = std::chrono::steady_clock::now();

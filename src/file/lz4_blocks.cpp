@@ -53,25 +53,16 @@ ErrorCode DecodeLz4Block(const std::uint8_t* data, std::uint32_t compressed_size
   if (raw_size > MaxLz4Expansion(compressed_size) + kDecodeSlack) {
     return DecodeUnreachableSize(data, compressed_size, raw_size);
   }
-  const std::size_t records = raw_size / sizeof(CuttingParameter);
-  if (records <= kRecordsPerBlock) {
-    CuttingParameter scratch[kRecordsPerBlock];
-    const int decoded = LZ4_decompress_safe(reinterpret_cast<const char*>(data),
-                                            reinterpret_cast<char*>(scratch),
-                                            static_cast<int>(compressed_size),
-                                            static_cast<int>(raw_size));
-    const ErrorCode code = ResultCode(decoded, raw_size);
-    if (code == ErrorCode::Success) out.insert(out.end(), scratch, scratch + records);
-    return code;
-  }
-  // Oversized but reachable block: a scratch array of its full size.
-  std::vector<CuttingParameter> scratch(records);
+  // Straight into the array: room for raw_size bytes at its end, given back
+  // when the block does not decode.
+  const std::size_t before = out.size();
+  out.resize(before + (raw_size + sizeof(CuttingParameter) - 1) / sizeof(CuttingParameter));
   const int decoded = LZ4_decompress_safe(reinterpret_cast<const char*>(data),
-                                          reinterpret_cast<char*>(scratch.data()),
+                                          reinterpret_cast<char*>(out.data() + before),
                                           static_cast<int>(compressed_size),
                                           static_cast<int>(raw_size));
   const ErrorCode code = ResultCode(decoded, raw_size);
-  if (code == ErrorCode::Success) out.insert(out.end(), scratch.begin(), scratch.end());
+  out.resize(code == ErrorCode::Success ? before + raw_size / sizeof(CuttingParameter) : before);
   return code;
 }
 

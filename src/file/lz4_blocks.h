@@ -22,8 +22,8 @@ std::uint64_t MaxLz4Expansion(std::uint64_t compressed_size);
 // the output buffer a block needs.
 std::uint64_t Lz4CompressBound(std::uint64_t size);
 
-// Decodes one block whose head said raw_size (a non-zero multiple of 64) and
-// appends its records to out.  DecompressionFailed when the decoder reports
+// Decodes one block whose head said raw_size (a non-zero multiple of 64)
+// straight onto the end of out.  DecompressionFailed when the decoder reports
 // an error, InvalidData when it yields a size other than raw_size.  A
 // raw_size the input cannot possibly reach is refused with the same code the
 // decoder would give, without allocating raw_size bytes.

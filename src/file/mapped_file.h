@@ -27,6 +27,11 @@ class MappedFile final : public LoadedFile {
   // closed.
   void Close() override;
 
+  // The bytes before offset will not be read again by this load: their
+  // whole pages go back to the system (a later read maps them in again from
+  // the file).  The view stays valid; harmless when closed.
+  void ReleaseBefore(std::uint64_t offset);
+
   const std::uint8_t* view() const override { return view_; }
   std::uint64_t size() const override { return size_; }
 
@@ -38,6 +43,7 @@ class MappedFile final : public LoadedFile {
   std::intptr_t mapping_ = kNoHandle;
   const std::uint8_t* view_ = nullptr;
   std::uint64_t size_ = 0;
+  std::uint64_t released_ = 0;  // pages before this offset were given back
 };
 
 }  // namespace Sparlane

@@ -41,11 +41,25 @@ void MappedFile::Close() {
     view_ = nullptr;
   }
   mapping_ = kNoHandle;
+  released_ = 0;
   if (file_ != kNoHandle) {
     ::close(static_cast<int>(file_));
     file_ = kNoHandle;
   }
   size_ = 0;
+}
+
+// MADV_DONTNEED on a private, never written file mapping drops the pages
+// from this process only; the page cache keeps them and a later access maps
+// them again.
+void MappedFile::ReleaseBefore(std::uint64_t offset) {
+  if (view_ == nullptr) return;
+  const auto page = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+  const std::uint64_t end = (offset < size_ ? offset : size_) / page * page;
+  if (end <= released_) return;
+  ::madvise(const_cast<std::uint8_t*>(view_) + released_, static_cast<std::size_t>(end - released_),
+            MADV_DONTNEED);
+  released_ = end;
 }
 
 ErrorCode MappedFile::Open(const std::string& path) {

@@ -59,6 +59,21 @@ void MappedFile::Close() {
     file_ = kNoHandle;
   }
   size_ = 0;
+  released_ = 0;
+}
+
+// VirtualUnlock on pages that are not locked takes them out of the working
+// set (it reports ERROR_NOT_LOCKED, which is expected); they stay in the
+// file cache and come back on the next access.
+void MappedFile::ReleaseBefore(std::uint64_t offset) {
+  if (view_ == nullptr) return;
+  SYSTEM_INFO info;
+  GetSystemInfo(&info);
+  const std::uint64_t page = info.dwPageSize;
+  const std::uint64_t end = (offset < size_ ? offset : size_) / page * page;
+  if (end <= released_) return;
+  VirtualUnlock(const_cast<std::uint8_t*>(view_) + released_, static_cast<SIZE_T>(end - released_));
+  released_ = end;
 }
 
 ErrorCode MappedFile::Open(const std::string& path) {

@@ -8,10 +8,10 @@ namespace Sparlane {
 
 namespace {
 
-// Rows are the records or their compact keys: the same probes either way.
-template <typename Rows>
-const CuttingParameter* SearchExact(const Store& s, const Rows& rows, std::uint16_t material_id,
+// The bisection as written, over the records themselves.
+const CuttingParameter* SearchExact(const Store& s, std::uint16_t material_id,
                                     std::uint16_t machine_id, float thickness, float tolerance) {
+  const std::vector<CuttingParameter>& rows = s.records();
   bool found = false;
   const std::vector<ThicknessBucket>* buckets = s.record_indexes().MaterialBuckets(material_id);
   if (buckets == nullptr) {
@@ -31,25 +31,36 @@ const CuttingParameter* SearchExact(const Store& s, const Rows& rows, std::uint1
   return nullptr;
 }
 
-// On a table in (material, machine) order only the pair's own run is read.
+// On a table in (material, machine) order only the pair's own run is read,
+// and of it only the thickness column.
 const CuttingParameter* SearchExactInPairOrder(const Store& s, const PairIndex& index,
                                                std::uint16_t material_id,
                                                std::uint16_t machine_id, float thickness,
                                                float tolerance) {
-  const PositionGroup* group = FindPairGroup(index, material_id, machine_id);
+  const GroupRef* group = FindPairGroup(index, material_id, machine_id);
   if (group == nullptr) return nullptr;  // no row of the pair can match
-  const TableSpan run{group->first_position, group->size()};
+  const TableSpan run{group->first_position, group->size};
+  const ThicknessRows rows(index);
   bool found = false;
   const std::vector<ThicknessBucket>* buckets = s.record_indexes().MaterialBuckets(material_id);
   if (buckets == nullptr) {
     const std::uint64_t pos =
-        BisectWithinToleranceInPairRun(index.keys, run, run, thickness, tolerance, &found);
+        BisectWithinToleranceInPairRun(rows, run, run, thickness, tolerance, &found);
+    return found ? &s.records()[pos] : nullptr;
+  }
+  // The bucket as the rebuild made it: its bisection enters the run where
+  // the index noted.
+  if (group->entry_known && buckets->size() == 1 &&
+      s.record_indexes().BucketAsBuilt(material_id, s.records().size())) {
+    if (!BucketMayHold(buckets->front(), thickness, tolerance)) return nullptr;
+    const std::uint64_t pos = BisectInPairRunFrom(rows, group->entry_lo, group->entry_hi, run,
+                                                  thickness, tolerance, &found);
     return found ? &s.records()[pos] : nullptr;
   }
   for (const ThicknessBucket& bucket : *buckets) {
     if (!BucketMayHold(bucket, thickness, tolerance)) continue;
     const std::uint64_t pos = BisectWithinToleranceInPairRun(
-        index.keys, TableSpan{bucket.first, bucket.count}, run, thickness, tolerance, &found);
+        rows, TableSpan{bucket.first, bucket.count}, run, thickness, tolerance, &found);
     if (found) return &s.records()[pos];
   }
   return nullptr;
@@ -71,10 +82,9 @@ std::optional<CuttingParameter> Database::FindExact(const std::string& material,
   const CuttingParameter* hit =
       index != nullptr && index->pair_ordered
           ? SearchExactInPairOrder(s, *index, material_id, machine_id, thickness, tolerance)
-          : WithSearchRows(s, [&](const auto& rows) {
-              return SearchExact(s, rows, material_id, machine_id, thickness, tolerance);
-            });
+          : SearchExact(s, material_id, machine_id, thickness, tolerance);
 
+  if (hit != nullptr) PrefetchRecord(hit);
   timer.Finish("FindExact", hit != nullptr, [&] {
     return FindExactDetail(material, thickness, machine_model, hit != nullptr);
   });

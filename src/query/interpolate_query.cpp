@@ -25,7 +25,7 @@ Neighbours FindNeighbours(const Store& s, std::uint16_t material_id, std::uint16
   if (span.count == 0) return n;
   const std::vector<CuttingParameter>& records = s.records();
   const std::uint64_t end = span.first + span.count;
-  const std::uint64_t p = WithSearchRows(
+  const std::uint64_t p = WithThicknessRows(
       s, [&](const auto& rows) { return LowerBoundThickness(rows, span, thickness); });
   if (p < end) n.upper = &records[p];
   if (p > span.first) n.lower = &records[p - 1];

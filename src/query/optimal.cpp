@@ -1,5 +1,6 @@
 // FindOptimal and AdjustForMaxSpeed: choosing among a material's records by
 // cut speed.
+#include <algorithm>
 #include <cmath>
 
 #include "query/record_search.h"
@@ -30,9 +31,9 @@ struct FastestCandidate {
   }
 };
 
-template <typename Rows>
-void ScanBuckets(const std::vector<ThicknessBucket>& buckets, const Rows& rows,
-                 FastestCandidate& pick) {
+// The bucket walk as written, over the records.
+void ScanBuckets(const std::vector<ThicknessBucket>& buckets,
+                 const std::vector<CuttingParameter>& rows, FastestCandidate& pick) {
   for (const ThicknessBucket& b : buckets) {
     if (!BucketMayHold(b, pick.thickness, pick.tolerance)) continue;
     // Bucket records are trusted to be of the material, as the index says.
@@ -43,18 +44,45 @@ void ScanBuckets(const std::vector<ThicknessBucket>& buckets, const Rows& rows,
   }
 }
 
+// The same choice from the bucket span's fastest record per thickness.  The
+// candidates |t - thickness| <= tolerance form one run of the ascending
+// thicknesses (the rounded difference grows with the distance on either
+// side); of them the fastest wins, and of equal speeds the earliest record,
+// which is the one the walk keeps.
+void PickFromFastest(const ThicknessBucket& bucket, FastestRun run, FastestCandidate& pick) {
+  if (!BucketMayHold(bucket, pick.thickness, pick.tolerance)) return;
+  const float t = pick.thickness;
+  const float tolerance = pick.tolerance;
+  const auto within = [&](const FastestAtThickness& e) {
+    return std::fabs(e.thickness_mm - t) <= tolerance;
+  };
+  const FastestAtThickness* e = std::partition_point(
+      run.begin, run.end,
+      [&](const FastestAtThickness& x) { return x.thickness_mm < t && !within(x); });
+  for (; e != run.end && within(*e); ++e) {
+    if (e->cut_speed_mm_min > pick.best_speed ||
+        (pick.found && e->cut_speed_mm_min == pick.best_speed && e->position < pick.best)) {
+      pick.best_speed = e->cut_speed_mm_min;
+      pick.best = e->position;
+      pick.found = true;
+    }
+  }
+}
+
 const CuttingParameter* SearchOptimal(const Store& s, std::uint16_t material_id, float thickness,
                                       float tolerance) {
   FastestCandidate pick{thickness, tolerance};
-  const std::vector<ThicknessBucket>* buckets = s.record_indexes().MaterialBuckets(material_id);
+  const RecordIndexes& indexes = s.record_indexes();
+  const std::vector<ThicknessBucket>* buckets = indexes.MaterialBuckets(material_id);
+  const RecordIndexes::EntryRange* fastest = indexes.Fastest(material_id, s.records().size());
   if (buckets == nullptr) {
-    ForEachOfMaterial(s, material_id,
-                      [&](std::size_t pos, const auto& r) { pick.Consider(pos, r); });
-  } else {
-    WithSearchRows(s, [&](const auto& rows) {
-      ScanBuckets(*buckets, rows, pick);
-      return 0;
+    ForEachOfMaterial(s, material_id, [&](std::size_t pos, const auto&) {
+      pick.Consider(pos, s.records()[pos]);
     });
+  } else if (fastest != nullptr && buckets->size() == 1) {
+    PickFromFastest(buckets->front(), indexes.RunOf(*fastest), pick);
+  } else {
+    ScanBuckets(*buckets, s.records(), pick);
   }
   return pick.found ? &s.records()[pick.best] : nullptr;
 }
@@ -71,6 +99,7 @@ std::optional<CuttingParameter> Database::FindOptimal(const std::string& materia
 
   const CuttingParameter* best = SearchOptimal(s, material_id, thickness, tolerance);
 
+  if (best != nullptr) PrefetchRecord(best);
   timer.Finish("FindOptimal", best != nullptr, [&] {
     return FindOptimalDetail(material, thickness, best ? &best->cut_speed_mm_min : nullptr);
   });
@@ -87,8 +116,9 @@ CuttingParameter Database::AdjustForMaxSpeed(const CuttingParameter& base, float
   bool found = false;
   std::size_t best = 0;
   float best_speed = 0.0f;
-  ForEachOfPair(s, base.material_id, base.machine_model_id, [&](std::size_t pos, const auto& r) {
-    if (!(std::fabs(r.thickness_mm - base.thickness_mm) < kNeighbourBand)) return;
+  ForEachOfPair(s, base.material_id, base.machine_model_id, [&](std::size_t pos, const auto& row) {
+    if (!(std::fabs(row.thickness_mm - base.thickness_mm) < kNeighbourBand)) return;
+    const CuttingParameter& r = s.records()[pos];
     if (!(r.cut_speed_mm_min <= max_speed)) return;
     if (!found || r.cut_speed_mm_min > best_speed) {
       found = true;

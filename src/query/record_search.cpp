@@ -2,21 +2,15 @@
 
 namespace Sparlane {
 
-TableSpan ClampToTable(std::uint64_t first, std::uint64_t count, std::size_t table_size) {
-  const std::uint64_t size = table_size;
-  if (first >= size) return TableSpan{first, 0};
-  return TableSpan{first, count < size - first ? count : size - first};
-}
-
 TableSpan FindPairSpan(const Store& store, std::uint16_t material_id, std::uint16_t machine_id) {
   const PairIndex* index = store.current_pair_index();
   if (index == nullptr) return BisectPairSpan(store.records(), material_id, machine_id);
-  if (!index->pair_ordered) return BisectPairSpan(index->keys, material_id, machine_id);
+  if (!index->pair_ordered) return BisectPairSpan(store.records(), material_id, machine_id);
   // In pair order the bisection ends at the run's edges, or, with no run,
   // at one position with an empty span that nobody reads.
-  const PositionGroup* group = FindPairGroup(*index, material_id, machine_id);
+  const GroupRef* group = FindPairGroup(*index, material_id, machine_id);
   if (group == nullptr) return TableSpan{};
-  return TableSpan{group->first_position, group->size()};
+  return TableSpan{group->first_position, group->size};
 }
 
 }  // namespace Sparlane

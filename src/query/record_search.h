@@ -1,9 +1,9 @@
 // Searches over the parameter table shared by the queries: the bisections
 // that assume (material, machine, thickness) order and the per-material and
-// per-pair walks.  Each search reads rows through the fields material_id,
-// machine_model_id, thickness_mm and cut_speed_mm_min, so it runs unchanged
-// over the records themselves or over the pair index's compact key copy;
-// positions and decisions are the same either way.
+// per-pair walks.  Each search reads rows through the record's field names,
+// so one that needs only thickness_mm runs unchanged over the records or
+// over the position index's thickness column; positions and decisions are
+// the same either way.
 #ifndef SPARLANE_QUERY_RECORD_SEARCH_H_
 #define SPARLANE_QUERY_RECORD_SEARCH_H_
 
@@ -16,6 +16,16 @@
 
 namespace Sparlane {
 
+// Asks for the cache line of a record a query is about to copy, so the fetch
+// overlaps the clock and counter work that comes first.
+inline void PrefetchRecord(const CuttingParameter* record) {
+#if defined(__GNUC__) || defined(__clang__)
+  __builtin_prefetch(record);
+#else
+  (void)record;
+#endif
+}
+
 // A run of table positions [first, first + count).
 struct TableSpan {
   std::uint64_t first = 0;
@@ -23,7 +33,11 @@ struct TableSpan {
 };
 
 // An index span cut to the table: positions past its end hold no record.
-TableSpan ClampToTable(std::uint64_t first, std::uint64_t count, std::size_t table_size);
+inline TableSpan ClampToTable(std::uint64_t first, std::uint64_t count, std::size_t table_size) {
+  const std::uint64_t size = table_size;
+  if (first >= size) return TableSpan{first, 0};
+  return TableSpan{first, count < size - first ? count : size - first};
+}
 
 // A thickness-index bucket can hold the thickness within tolerance.  A NaN
 // tolerance qualifies no bucket.
@@ -31,11 +45,29 @@ inline bool BucketMayHold(const ThicknessBucket& b, float thickness, float toler
   return thickness >= b.min_thickness - tolerance && tolerance + b.max_thickness >= thickness;
 }
 
-// Calls search(rows) with the compact keys when they describe the table as
-// it is, else with the records.
+// One table position's thickness, read like a record's field.
+struct ThicknessRow {
+  float thickness_mm;
+};
+
+// The thickness column as rows, for the searches that read nothing else.
+class ThicknessRows {
+ public:
+  explicit ThicknessRows(const PairIndex& index) : column_(index.thickness) {}
+  ThicknessRow operator[](std::uint64_t pos) const {
+    return ThicknessRow{column_[static_cast<std::size_t>(pos)]};
+  }
+  std::size_t size() const { return column_.size(); }
+
+ private:
+  const std::vector<float>& column_;
+};
+
+// Calls search(rows) with the thickness column when it describes the table
+// as it is, else with the records.  The search may read thickness_mm only.
 template <typename Search>
-auto WithSearchRows(const Store& store, Search&& search) {
-  if (const PairIndex* index = store.current_pair_index()) return search(index->keys);
+auto WithThicknessRows(const Store& store, Search&& search) {
+  if (const PairIndex* index = store.current_pair_index()) return search(ThicknessRows(*index));
   return search(store.records());
 }
 
@@ -114,18 +146,11 @@ std::uint64_t BisectWithinTolerance(const Rows& rows, TableSpan span, std::uint1
   return lo;
 }
 
-// The same search on a table in (material, machine) order, given the pair's
-// run (its positions, contiguous in such a table).  Every row before the run
-// sorts below the pair and every row after it above, so the bisection's
-// steps outside the run are known without reading those rows; only probes
-// inside the run touch memory.  Positions and results equal the plain
-// bisection's.
+// The bisection of BisectWithinToleranceInPairRun (below) from where it
+// first probes inside the pair's run.
 template <typename Rows>
-std::uint64_t BisectWithinToleranceInPairRun(const Rows& rows, TableSpan span, TableSpan run,
-                                             float thickness, float tolerance, bool* found) {
-  span = ClampToTable(span.first, span.count, rows.size());
-  std::uint64_t lo = span.first;
-  std::uint64_t hi = span.first + span.count;
+std::uint64_t BisectInPairRunFrom(const Rows& rows, std::uint64_t lo, std::uint64_t hi,
+                                  TableSpan run, float thickness, float tolerance, bool* found) {
   const std::uint64_t run_end = run.first + run.count;
   *found = true;
   while (lo < hi) {
@@ -152,6 +177,22 @@ std::uint64_t BisectWithinToleranceInPairRun(const Rows& rows, TableSpan span, T
   return lo;
 }
 
+// The same search on a table in (material, machine) order, given the pair's
+// run (its positions, contiguous in such a table).  Every row before the run
+// sorts below the pair and every row after it above, so the bisection's
+// steps outside the run are known without reading those rows (EnterRun);
+// only probes inside the run touch memory.  Positions and results equal the
+// plain bisection's.
+template <typename Rows>
+std::uint64_t BisectWithinToleranceInPairRun(const Rows& rows, TableSpan span, TableSpan run,
+                                             float thickness, float tolerance, bool* found) {
+  span = ClampToTable(span.first, span.count, rows.size());
+  std::uint64_t lo = span.first;
+  std::uint64_t hi = span.first + span.count;
+  EnterRun(lo, hi, run.first, run.first + run.count);
+  return BisectInPairRunFrom(rows, lo, hi, run, thickness, tolerance, found);
+}
+
 // First position of span whose thickness is not below thickness (bisection).
 template <typename Rows>
 std::uint64_t LowerBoundThickness(const Rows& rows, TableSpan span, float thickness) {
@@ -159,15 +200,16 @@ std::uint64_t LowerBoundThickness(const Rows& rows, TableSpan span, float thickn
                         [&](const auto& r) { return r.thickness_mm < thickness; });
 }
 
-// Visits, in table order, the position and search fields of every record of
-// the material: visit(position, row).
+// Visits, in table order, the position and thickness of every record of the
+// material: visit(position, row), where the row has thickness_mm (and may be
+// the record itself).
 template <typename Visit>
 void ForEachOfMaterial(const Store& store, std::uint16_t material_id, Visit&& visit) {
   if (const PairIndex* index = store.current_pair_index()) {
-    const PositionGroup* group = FindMaterialGroup(*index, material_id);
+    const GroupRef* group = FindMaterialGroup(*index, material_id);
     if (group == nullptr) return;
     ForEachPosition(index->materials, *group,
-                    [&](std::uint32_t pos) { visit(pos, index->keys[pos]); });
+                    [&](std::uint32_t pos) { visit(pos, ThicknessRow{index->thickness[pos]}); });
     return;
   }
   const std::vector<CuttingParameter>& records = store.records();
@@ -176,15 +218,16 @@ void ForEachOfMaterial(const Store& store, std::uint16_t material_id, Visit&& vi
   }
 }
 
-// Visits, in table order, every record of the material and machine.
+// Visits, in table order, every record of the material and machine, as
+// ForEachOfMaterial does.
 template <typename Visit>
 void ForEachOfPair(const Store& store, std::uint16_t material_id, std::uint16_t machine_id,
                    Visit&& visit) {
   if (const PairIndex* index = store.current_pair_index()) {
-    const PositionGroup* group = FindPairGroup(*index, material_id, machine_id);
+    const GroupRef* group = FindPairGroup(*index, material_id, machine_id);
     if (group == nullptr) return;
     ForEachPosition(index->pairs, *group,
-                    [&](std::uint32_t pos) { visit(pos, index->keys[pos]); });
+                    [&](std::uint32_t pos) { visit(pos, ThicknessRow{index->thickness[pos]}); });
     return;
   }
   const std::vector<CuttingParameter>& records = store.records();

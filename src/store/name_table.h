@@ -5,23 +5,25 @@
 
 #include <cstdint>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
+
+#include "store/name_id_map.h"
 
 namespace Sparlane {
 
 struct NameTable {
   std::vector<std::string> names;  // element i has id i + 1
-  std::unordered_map<std::string, std::uint16_t> ids;
+  NameIdMap ids;
 
   // Id of name, or 0 when unknown (absent, or mapped to 0).
-  std::uint16_t IdOf(const std::string& name) const {
-    auto it = ids.find(name);
-    return it == ids.end() ? 0 : it->second;
+  std::uint16_t IdOf(std::string_view name) const {
+    const std::uint16_t* id = ids.Find(name);
+    return id == nullptr ? 0 : *id;
   }
 
   // The map holds name, whatever its id.
-  bool Contains(const std::string& name) const { return ids.count(name) != 0; }
+  bool Contains(std::string_view name) const { return ids.Find(name) != nullptr; }
 
   // Adds name at the end and maps it to its id, which is returned.
   std::uint16_t Append(const std::string& name);

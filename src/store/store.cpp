@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "store/index_builder.h"
 #include "store/record_order.h"
 
 namespace Sparlane {
@@ -31,6 +32,10 @@ void Store::Replace(StoreParts parts) {
   if (parts.machines) machines_.Assign(std::move(*parts.machines));
   if (parts.materials) materials_.Assign(std::move(*parts.materials));
   if (parts.records) records_ = std::move(*parts.records);
+  if (parts.indexes) {
+    indexes_ = std::move(parts.indexes->records);
+    pair_index_ = std::move(parts.indexes->positions);
+  }
 }
 
 void Store::FinishLoad(std::unique_ptr<LoadedFile> file) {
@@ -83,10 +88,7 @@ void Store::SortRecords() {
   RebuildRecordIndexes();
 }
 
-void Store::RebuildRecordIndexes() {
-  indexes_.Rebuild(records_);
-  RebuildPairIndex(records_, pair_index_);
-}
+void Store::RebuildRecordIndexes() { BuildIndexes(records_, indexes_, pair_index_); }
 
 const ConsumableSet* Store::FindConsumableSet(std::uint16_t set_id) const {
   const auto found = consumable_sets_.find(set_id);

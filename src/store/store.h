@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -29,6 +30,12 @@ namespace Sparlane {
 
 enum class NameKind { kVendor, kMachine, kMaterial };
 
+// The indexes of a record table, built alongside it (store/index_builder.h).
+struct StoreIndexes {
+  RecordIndexes records;
+  PairIndex positions;
+};
+
 // What a load or an import puts into the store.  A part left empty keeps
 // what the store held: a parse that fails part way hands over only the parts
 // it had begun to fill, and those stay (as the load's contract says).
@@ -38,6 +45,8 @@ struct StoreParts {
   std::optional<std::vector<std::string>> machines;
   std::optional<std::vector<std::string>> materials;
   std::optional<std::vector<CuttingParameter>> records;
+  // Built while the records were read; present only with the whole table.
+  std::optional<StoreIndexes> indexes;
 };
 
 class Store {
@@ -65,7 +74,8 @@ class Store {
   void DropFile();
 
   // Puts each present part in place of the store's own; a name list brings
-  // its map with it.  Indexes are left to RebuildRecordIndexes.
+  // its map with it.  Indexes that came with the records are put in place
+  // too; otherwise they are left to RebuildRecordIndexes.
   void Replace(StoreParts parts);
 
   // The end of a successful load: keeps the file (its bytes stay mapped
@@ -95,7 +105,7 @@ class Store {
 
   const NameTable& names(NameKind kind) const;
   // The id a query resolves name to; 0 when unknown.
-  std::uint16_t IdOf(NameKind kind, const std::string& name) const {
+  std::uint16_t IdOf(NameKind kind, std::string_view name) const {
     return names(kind).IdOf(name);
   }
   // Appends name to its list and map; returns its id.
@@ -121,8 +131,8 @@ class Store {
 
   // --- indexes -------------------------------------------------------------
 
-  // The material and machine indexes, then the position index, from the
-  // table as it is.
+  // The material and machine indexes and the position index, from the table
+  // as it is, in one pass.
   void RebuildRecordIndexes();
   const RecordIndexes& record_indexes() const { return indexes_; }
   // The position index when it describes the table as it is, else null

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <string>
 #ifndef _WIN32
 #include <sys/wait.h>
 #include <unistd.h>
@@ -185,5 +188,72 @@ TEST_F(MappedFileTest, FifoDoesNotHangAndIsCorrupted) {
   ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
   MappedFile f;
   EXPECT_EQ(f.Open(path), ErrorCode::CorruptedFile);
+}
+#endif
+
+TEST_F(MappedFileTest, PagesGivenBackStayReadableThroughTheView) {
+  Bytes bytes(3 * 1024 * 1024 + 777);
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::uint8_t>(i * 13 + (i >> 12));
+  ASSERT_TRUE(WriteFile(dir_ + "/big", bytes));
+  MappedFile f;
+  ASSERT_EQ(f.Open(dir_ + "/big"), ErrorCode::Success);
+  const std::uint8_t* view = f.view();
+  ASSERT_EQ(std::memcmp(view, bytes.data(), 4096), 0);  // touched, then given back
+  f.ReleaseBefore(5000);
+  f.ReleaseBefore(1024 * 1024 + 3);
+  f.ReleaseBefore(1024);  // behind what was given back: nothing to do
+  f.ReleaseBefore(bytes.size() + 1000000);  // past the end: up to the end
+  EXPECT_EQ(f.view(), view);
+  EXPECT_EQ(f.size(), bytes.size());
+  EXPECT_EQ(std::memcmp(view, bytes.data(), bytes.size()), 0);
+  f.Close();
+  f.ReleaseBefore(100);  // closed: harmless
+  EXPECT_EQ(f.view(), nullptr);
+}
+
+#ifdef __linux__
+namespace {
+
+// Resident kilobytes of the mapping that contains address, from smaps.
+long ResidentKbOfMapping(const void* address) {
+  std::ifstream smaps("/proc/self/smaps");
+  const auto at = reinterpret_cast<std::uintptr_t>(address);
+  std::string line;
+  bool inside = false;
+  while (std::getline(smaps, line)) {
+    unsigned long long lo = 0, hi = 0;
+    if (std::sscanf(line.c_str(), "%llx-%llx ", &lo, &hi) == 2 && line.find(':') > line.find(' ')) {
+      inside = lo <= at && at < hi;
+      continue;
+    }
+    if (inside && line.compare(0, 4, "Rss:") == 0) return std::atol(line.c_str() + 4);
+  }
+  return -1;
+}
+
+}  // namespace
+
+// A load copies the records and gives the file's pages back as it goes: at
+// the end the mapping holds at most the page the data ended in and what the
+// system mapped around it, not the file.
+TEST_F(MappedFileTest, LoadLeavesAlmostNothingOfTheFileResident) {
+  for (std::uint8_t compression : {0, 1}) {
+    FileContents contents;
+    for (int i = 0; i < 50000; ++i) {
+      contents.records.push_back(SampleRecord(1, 0.5f + static_cast<float>(i % 50), i % 200));
+    }
+    contents.compression = compression;
+    ASSERT_TRUE(WriteFile(dir_ + "/many.bin", BuildFile(contents)));
+    Database db;
+    ASSERT_EQ(db.LoadFromBinary(dir_ + "/many.bin"), ErrorCode::Success);
+    const LoadedFile* file = DatabaseAccess::File(db);
+    ASSERT_NE(file, nullptr);
+    ASSERT_NE(file->view(), nullptr);
+    const long resident = ResidentKbOfMapping(file->view());
+    ASSERT_GE(resident, 0);
+    EXPECT_LE(resident, 68) << "compression " << int(compression) << ", file of "
+                            << file->size() / 1024 << " KiB";
+    EXPECT_EQ(db.GetParameters().size(), 50000u);
+  }
 }
 #endif

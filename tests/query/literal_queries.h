@@ -119,12 +119,12 @@ class LiteralQueries {
     const auto mat = db_.GetMaterialId(material);
     const auto mach = db_.GetMachineId(machine);
     if (mat == 0 || mach == 0) return std::nullopt;
-    auto it = s_.record_indexes().material_ranges.find(mat);
-    if (it == s_.record_indexes().material_ranges.end()) {
+    const auto* buckets = s_.record_indexes().MaterialBuckets(mat);
+    if (buckets == nullptr) {
       const auto span = PairSpan(mat, mach);
       return Bisect(span.first, span.second, mat, mach, t, tol);
     }
-    for (const auto& b : it->second) {
+    for (const auto& b : *buckets) {
       if (t >= b.min_thickness - tol && tol + b.max_thickness >= t) {
         const std::size_t end = std::min<std::size_t>(b.first + b.count, s_.records().size());
         auto hit = Bisect(std::min<std::size_t>(b.first, end), end, mat, mach, t, tol);
@@ -146,14 +146,14 @@ class LiteralQueries {
         best = r;
       }
     };
-    auto it = s_.record_indexes().material_ranges.find(mat);
-    if (it == s_.record_indexes().material_ranges.end()) {
+    const auto* buckets = s_.record_indexes().MaterialBuckets(mat);
+    if (buckets == nullptr) {
       for (const CP& r : s_.records()) {
         if (r.material_id == mat) consider(r);
       }
       return best;
     }
-    for (const auto& b : it->second) {
+    for (const auto& b : *buckets) {
       if (t >= b.min_thickness - tol && tol + b.max_thickness >= t) {
         for (std::size_t i = b.first; i < b.first + b.count && i < s_.records().size(); ++i) {
           consider(s_.records()[i]);

@@ -113,7 +113,7 @@ TEST(FailedEdit, SnapshotNoticesEveryKindOfChange) {
       [](Database& db) { Access::EraseNameId(db, NameKind::kMaterial, "Mat1"); },
       [](Database& db) { Access::Records(db)[3].reserved_52[0] ^= 1; },
       [](Database& db) {
-        Sparlane::ThicknessBucket b = Access::Body(db).record_indexes().material_ranges.at(1)[0];
+        Sparlane::ThicknessBucket b = Access::Body(db).record_indexes().MaterialBuckets(1)->at(0);
         ++b.count;
         Access::SetMaterialBuckets(db, 1, {b});
       },

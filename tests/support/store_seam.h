@@ -15,6 +15,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -61,27 +62,29 @@ struct DatabaseAccess {
 
   static MaterialIndexView MaterialIndex(const Database& db) {
     MaterialIndexView view;
-    for (const auto& entry : db.impl_->indexes_.material_ranges) {
-      std::vector<BucketView>& out = view[entry.first];
-      for (const ThicknessBucket& b : entry.second) {
-        out.push_back({b.min_thickness, b.max_thickness, b.first, b.count});
-      }
-    }
+    db.impl_->indexes_.material_ranges.ForEach(
+        [&](std::uint16_t id, const std::vector<ThicknessBucket>& list) {
+          std::vector<BucketView>& out = view[id];
+          for (const ThicknessBucket& b : list) {
+            out.push_back({b.min_thickness, b.max_thickness, b.first, b.count});
+          }
+        });
     return view;
   }
 
   static MachineIndexView MachineIndex(const Database& db) {
     MachineIndexView view;
-    for (const auto& entry : db.impl_->indexes_.machine_records) {
-      view[entry.first] = {entry.second.first, entry.second.count};
-    }
+    db.impl_->indexes_.machine_records.ForEach(
+        [&](std::uint16_t id, const MachineSpan& span) { view[id] = {span.first, span.count}; });
     return view;
   }
 
   // Every entry of a name map, stale ones included.
   static NameIdsView NameIds(const Database& db, NameKind kind) {
-    const auto& ids = db.impl_->names(kind).ids;
-    return NameIdsView(ids.begin(), ids.end());
+    NameIdsView view;
+    db.impl_->names(kind).ids.ForEach(
+        [&](std::string_view name, std::uint16_t id) { view[std::string(name)] = id; });
+    return view;
   }
 
   // The file object of the last load, or null.
@@ -119,19 +122,19 @@ struct DatabaseAccess {
   // A name map entry set or removed, whatever the list says.
   static void SetNameId(Database& db, NameKind kind, const std::string& name,
                         std::uint16_t id) {
-    db.impl_->table(kind).ids[name] = id;
+    db.impl_->table(kind).ids.Set(name, id);
   }
   static void EraseNameId(Database& db, NameKind kind, const std::string& name) {
-    db.impl_->table(kind).ids.erase(name);
+    db.impl_->table(kind).ids.Erase(name);
   }
 
   // Index entries set by hand, as no rebuild would leave them.
   static void SetMaterialBuckets(Database& db, std::uint16_t material_id,
                                  std::vector<ThicknessBucket> buckets) {
-    db.impl_->indexes_.material_ranges[material_id] = std::move(buckets);
+    db.impl_->indexes_.SetBuckets(material_id, std::move(buckets));
   }
   static void SetMachineSpan(Database& db, std::uint16_t machine_id, MachineSpan span) {
-    db.impl_->indexes_.machine_records[machine_id] = span;
+    db.impl_->indexes_.machine_records.Set(machine_id, span);
   }
 
   // Nothing in the library fills the consumable sets.
