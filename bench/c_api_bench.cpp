@@ -161,11 +161,8 @@ BENCHMARK(BM_CInterpolate);
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   sparlane_bench::CollectingReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
+  if (!sparlane_bench::RunCollecting(&argc, argv, reporter)) return 1;
   std::printf("\nC interface / C++ call (CPU ns per call)\n");
   for (const char* query : {"FindExact", "Interpolate"}) {
     const std::string cpp = std::string("BM_Cpp") + query;

@@ -34,6 +34,16 @@ class CollectingReporter : public benchmark::ConsoleReporter {
   }
 };
 
+// Runs the benchmarks the command line selects into reporter; false (after
+// saying so) for an argument the library does not know.
+inline bool RunCollecting(int* argc, char** argv, CollectingReporter& reporter) {
+  benchmark::Initialize(argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(*argc, argv)) return false;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::Shutdown();
+  return true;
+}
+
 }  // namespace sparlane_bench
 
 #endif  // SPARLANE_BENCH_COLLECTING_REPORTER_H_

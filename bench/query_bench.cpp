@@ -285,11 +285,8 @@ BENCHMARK(BM_SqlFindOptimal)->SIZES;
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   sparlane_bench::CollectingReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
+  if (!sparlane_bench::RunCollecting(&argc, argv, reporter)) return 1;
   auto& r = reporter.results;
   auto have = [&](const std::string& name) { return r.count(name) != 0 && r[name].ns > 0.0; };
 

@@ -11,14 +11,6 @@ using namespace tooltest;
 
 namespace {
 
-std::vector<std::string> Ask(const std::string& command, const std::string& thickness,
-                             std::vector<std::string> extra = {}) {
-  std::vector<std::string> args = {command,     SamplePath(), "--material", "Mild steel",
-                                   "--machine", "AIR-45A",    "--thickness", thickness};
-  args.insert(args.end(), extra.begin(), extra.end());
-  return args;
-}
-
 // The object's keys, and those of every object inside it, with their paths.
 void CollectKeys(const nlohmann::json& value, const std::string& path,
                  std::vector<std::string>& keys) {
@@ -37,31 +29,31 @@ void CollectKeys(const nlohmann::json& value, const std::string& path,
 }  // namespace
 
 TEST(QueryModel, PowerModelTextMatchesGolden) {
-  const auto run = RunTool(Ask("query", "8", {"--model", "power"}));
+  const auto run = RunTool(MildSteelAsk("query", "8", {"--model", "power"}));
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.err, "");
   ExpectGolden("query_power_8mm.txt", run.out);
 }
 
 TEST(QueryModel, PowerModelJsonMatchesGolden) {
-  const auto run = RunTool(Ask("query", "8", {"--model", "power", "--json"}));
+  const auto run = RunTool(MildSteelAsk("query", "8", {"--model", "power", "--json"}));
   ASSERT_EQ(run.status, 0) << run.err;
   ExpectGolden("query_power_8mm.json", run.out);
 }
 
 TEST(QueryModel, LinearIsTheDefault) {
-  const auto plain = RunTool(Ask("query", "8"));
-  EXPECT_EQ(plain.out, RunTool(Ask("query", "8", {"--model", "linear"})).out);
-  EXPECT_EQ(RunTool(Ask("query", "8", {"--json"})).out,
-            RunTool(Ask("query", "8", {"--model", "linear", "--json"})).out);
+  const auto plain = RunTool(MildSteelAsk("query", "8"));
+  EXPECT_EQ(plain.out, RunTool(MildSteelAsk("query", "8", {"--model", "linear"})).out);
+  EXPECT_EQ(RunTool(MildSteelAsk("query", "8", {"--json"})).out,
+            RunTool(MildSteelAsk("query", "8", {"--model", "linear", "--json"})).out);
   EXPECT_EQ(plain.out.rfind("Mild steel 8 mm on AIR-45A (interpolate)\n", 0), 0u) << plain.out;
 }
 
 TEST(QueryModel, PowerJsonHasTheFieldsOfLinearJson) {
   for (const char* thickness : {"8", "2", "30"}) {
-    const auto linear = nlohmann::json::parse(RunTool(Ask("query", thickness, {"--json"})).out);
+    const auto linear = nlohmann::json::parse(RunTool(MildSteelAsk("query", thickness, {"--json"})).out);
     const auto power =
-        nlohmann::json::parse(RunTool(Ask("query", thickness, {"--json", "--model", "power"})).out);
+        nlohmann::json::parse(RunTool(MildSteelAsk("query", thickness, {"--json", "--model", "power"})).out);
     std::vector<std::string> linear_keys, power_keys;
     CollectKeys(linear, "", linear_keys);
     CollectKeys(power, "", power_keys);
@@ -75,7 +67,7 @@ TEST(QueryModel, PowerModelGivesWhatTheLibraryEstimates) {
   ASSERT_EQ(db.LoadFromBinary(SamplePath()), Sparlane::ErrorCode::Success);
   for (const float thickness : {2.0f, 8.0f, 11.0f, 30.0f}) {
     const auto expected = db.Estimate("Mild steel", thickness, "AIR-45A");
-    const auto run = RunTool(Ask("query", nlohmann::json(thickness).dump(),
+    const auto run = RunTool(MildSteelAsk("query", nlohmann::json(thickness).dump(),
                                  {"--json", "--model", "power"}));
     ASSERT_EQ(run.status, 0) << run.err;
     const auto json = nlohmann::json::parse(run.out);
@@ -101,26 +93,26 @@ TEST(QueryModel, CalcUsesTheModelToo) {
 }
 
 TEST(QueryModel, FarBeyondTheListedRowsIsRefusedWithEitherModel) {
-  const auto linear = RunTool(Ask("query", "40"));
-  const auto power = RunTool(Ask("query", "40", {"--model", "power"}));
+  const auto linear = RunTool(MildSteelAsk("query", "40"));
+  const auto power = RunTool(MildSteelAsk("query", "40", {"--model", "power"}));
   EXPECT_EQ(power.status, 1);
   EXPECT_EQ(power.out, "");
   EXPECT_EQ(power.err, linear.err);
-  EXPECT_EQ(RunTool(Ask("query", "40", {"--model", "power", "--allow-extrapolation"})).status, 0);
+  EXPECT_EQ(RunTool(MildSteelAsk("query", "40", {"--model", "power", "--allow-extrapolation"})).status, 0);
 }
 
 TEST(QueryModel, ModelBesideExactOrNearestIsAUsageError) {
-  const auto exact = RunTool(Ask("query", "8", {"--model", "power", "--exact", "0"}));
+  const auto exact = RunTool(MildSteelAsk("query", "8", {"--model", "power", "--exact", "0"}));
   EXPECT_EQ(exact.status, 2);
   EXPECT_NE(exact.err.find("--exact excludes --model"), std::string::npos) << exact.err;
-  const auto nearest = RunTool(Ask("query", "8", {"--nearest", "--model", "linear"}));
+  const auto nearest = RunTool(MildSteelAsk("query", "8", {"--nearest", "--model", "linear"}));
   EXPECT_EQ(nearest.status, 2);
   EXPECT_NE(nearest.err.find("--nearest excludes --model"), std::string::npos) << nearest.err;
 }
 
 TEST(QueryModel, UnknownModelIsAUsageError) {
   for (const char* name : {"cubic", "0", "1", "Power", ""}) {
-    const auto run = RunTool(Ask("query", "8", {"--model", name}));
+    const auto run = RunTool(MildSteelAsk("query", "8", {"--model", name}));
     EXPECT_EQ(run.status, 2) << name;
     EXPECT_EQ(run.out, "") << name;
     EXPECT_NE(run.err.find("--model"), std::string::npos) << run.err;

@@ -94,6 +94,15 @@ std::vector<std::string> DirectoryEntries(const std::string& dir) {
 
 std::string SamplePath() { return SLB_SAMPLE_SLB; }
 
+std::vector<std::string> MildSteelAsk(const std::string& command, const std::string& thickness,
+                                      const std::vector<std::string>& extra) {
+  std::vector<std::string> args = {command,     SamplePath(), "--material", "Mild steel",
+                                   "--machine", "AIR-45A",    "--thickness", thickness};
+  if (command == "optimal") args.erase(args.begin() + 4, args.begin() + 6);
+  args.insert(args.end(), extra.begin(), extra.end());
+  return args;
+}
+
 std::string RealWorldFile(const std::string& name) {
   const std::string path = std::string(SPARLANE_SHARED_DIR) + "/data/real-world/" + name;
   return FileExists(path) ? path : std::string();

@@ -25,6 +25,12 @@ ToolRun RunToolWithFileSizeLimit(int blocks, const std::vector<std::string>& arg
 // The sample database the build makes from data/cut-charts.csv.
 std::string SamplePath();
 
+// `command` (query, calc or optimal) on the sample for Mild steel on AIR-45A
+// at thickness (optimal takes no machine), then extra.  The sample lists
+// that pair from 1.524 to 25.4 mm.
+std::vector<std::string> MildSteelAsk(const std::string& command, const std::string& thickness,
+                                      const std::vector<std::string>& extra = {});
+
 // A fresh, empty directory for the running test.
 std::string ScratchDir();
 
