@@ -40,6 +40,7 @@ const CuttingParameter* SearchExactInPairOrder(const Store& s, const PairIndex& 
   const GroupRef* group = FindPairGroup(index, material_id, machine_id);
   if (group == nullptr) return nullptr;  // no row of the pair can match
   const TableSpan run{group->first_position, group->size};
+  PrefetchColumnRun(index.thickness.data(), run.first, run.count);
   const ThicknessRows rows(index);
   bool found = false;
   const std::vector<ThicknessBucket>* buckets = s.record_indexes().MaterialBuckets(material_id);

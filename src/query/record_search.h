@@ -26,6 +26,23 @@ inline void PrefetchRecord(const CuttingParameter* record) {
 #endif
 }
 
+// Asks for the first cache lines of a pair's run in the thickness column at
+// once: a bisection's probes depend on each other, so without this each
+// line it reaches is a miss of its own.
+inline void PrefetchColumnRun(const float* column, std::uint64_t first, std::uint64_t count) {
+#if defined(__GNUC__) || defined(__clang__)
+  constexpr std::uint64_t kLines = 4;  // a few dozen thicknesses; longer runs are rare
+  constexpr std::uint64_t kPerLine = 64 / sizeof(float);
+  const std::uint64_t shown = count < kLines * kPerLine ? count : kLines * kPerLine;
+  for (std::uint64_t i = 0; i < shown; i += kPerLine) __builtin_prefetch(column + first + i);
+  if (shown > 0) __builtin_prefetch(column + first + shown - 1);
+#else
+  (void)column;
+  (void)first;
+  (void)count;
+#endif
+}
+
 // A run of table positions [first, first + count).
 struct TableSpan {
   std::uint64_t first = 0;
@@ -60,7 +77,7 @@ class ThicknessRows {
   std::size_t size() const { return column_.size(); }
 
  private:
-  const std::vector<float>& column_;
+  const LargeArray<float>& column_;
 };
 
 // Calls search(rows) with the thickness column when it describes the table
@@ -218,6 +235,16 @@ void ForEachOfMaterial(const Store& store, std::uint16_t material_id, Visit&& vi
   }
 }
 
+// Every record of the material and machine by a scan of the whole table.
+template <typename Visit>
+void ScanPair(const std::vector<CuttingParameter>& records, std::uint16_t material_id,
+              std::uint16_t machine_id, Visit& visit) {
+  for (std::size_t pos = 0; pos < records.size(); ++pos) {
+    const CuttingParameter& r = records[pos];
+    if (r.material_id == material_id && r.machine_model_id == machine_id) visit(pos, r);
+  }
+}
+
 // Visits, in table order, every record of the material and machine, as
 // ForEachOfMaterial does.
 template <typename Visit>
@@ -230,11 +257,24 @@ void ForEachOfPair(const Store& store, std::uint16_t material_id, std::uint16_t 
                     [&](std::uint32_t pos) { visit(pos, ThicknessRow{index->thickness[pos]}); });
     return;
   }
+  ScanPair(store.records(), material_id, machine_id, visit);
+}
+
+// The same walk handing over the records themselves, for a search that
+// returns one of them: a pair's records lie together in a table in pair
+// order, so reading them costs the lines the answer needs anyway, where
+// the thickness column would be one more page to reach at random.
+template <typename Visit>
+void ForEachRecordOfPair(const Store& store, std::uint16_t material_id, std::uint16_t machine_id,
+                         Visit&& visit) {
   const std::vector<CuttingParameter>& records = store.records();
-  for (std::size_t pos = 0; pos < records.size(); ++pos) {
-    const CuttingParameter& r = records[pos];
-    if (r.material_id == material_id && r.machine_model_id == machine_id) visit(pos, r);
+  if (const PairIndex* index = store.current_pair_index()) {
+    const GroupRef* group = FindPairGroup(*index, material_id, machine_id);
+    if (group == nullptr) return;
+    ForEachPosition(index->pairs, *group, [&](std::uint32_t pos) { visit(pos, records[pos]); });
+    return;
   }
+  ScanPair(records, material_id, machine_id, visit);
 }
 
 }  // namespace Sparlane

@@ -18,11 +18,11 @@ std::optional<CuttingParameter> Database::FindNearest(const std::string& materia
 
   const CuttingParameter* best = nullptr;
   float best_distance = FLT_MAX;
-  ForEachOfPair(s, material_id, machine_id, [&](std::size_t pos, const auto& r) {
+  ForEachRecordOfPair(s, material_id, machine_id, [&](std::size_t, const CuttingParameter& r) {
     const float distance = std::fabs(r.thickness_mm - thickness);
     if (distance < best_distance) {
       best_distance = distance;
-      best = &s.records()[pos];
+      best = &r;
     }
   });
   if (best == nullptr) return std::nullopt;

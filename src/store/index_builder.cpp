@@ -21,6 +21,19 @@ T& Slot(std::vector<T>& slots, std::uint16_t id) {
 std::uint32_t MaterialOf(const CuttingParameter& r) { return r.material_id; }
 std::uint32_t PairOf(const CuttingParameter& r) { return PairKey(r.material_id, r.machine_model_id); }
 
+// Lays the id map out for count distinct keys, key_at(0 .. n-1) (repeats
+// allowed), before any is inserted.
+template <typename KeyAt>
+void PlanIds(GroupMap& ids, std::size_t count, std::size_t n, KeyAt key_at) {
+  std::uint32_t high = 0;
+  std::uint32_t low = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const std::uint32_t key = key_at(i);
+    high = std::max(high, key >> 16);
+    low = std::max(low, key & 0xFFFFu);
+  }
+  ids.Plan(high, low, count);
+}
 
 // Sorts (id << 32 | position) items.  Large tables take two stable 16-bit
 // counting passes over the id; the order is the same as a plain sort's.
@@ -53,6 +66,10 @@ void GroupSorted(const std::vector<CuttingParameter>& table, IdOf id_of, Positio
     items[pos] = (static_cast<std::uint64_t>(id) << 32) | pos;
   }
   SortItems(items, largest);
+  const auto id_at = [&](std::size_t i) { return static_cast<std::uint32_t>(items[i] >> 32); };
+  std::size_t distinct = 0;
+  for (std::size_t i = 0; i < n; ++i) distinct += (i == 0 || id_at(i) != id_at(i - 1)) ? 1 : 0;
+  PlanIds(kind.ids, distinct, n, id_at);
   kind.grouped.resize(n);
   std::size_t begin = 0;
   while (begin < n) {
@@ -80,7 +97,7 @@ void IndexBuilder::Runs::Add(std::uint32_t key, std::size_t pos) {
 void IndexBuilder::Runs::MakeGroups(PositionGroups& kind, std::size_t n,
                                     const std::vector<ThicknessBucket>* buckets) const {
   kind = PositionGroups();
-  kind.ids.Reserve(keys.size());
+  PlanIds(kind.ids, keys.size(), keys.size(), [&](std::size_t i) { return keys[i]; });
   kind.groups.reserve(keys.size());
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const std::size_t end = i + 1 < keys.size() ? starts[i + 1] : n;
@@ -143,7 +160,7 @@ void IndexBuilder::StoreRunState() {
 }
 
 void IndexBuilder::AddRun(const CuttingParameter* records, std::size_t count) {
-  std::vector<float>& column = positions_.thickness;
+  LargeArray<float>& column = positions_.thickness;
   column_room_.Before(column, count);
   const std::size_t at = column.size();
   column.resize(at + count);

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
+#include <new>
 #include <vector>
 
 namespace Sparlane {
@@ -24,9 +26,54 @@ void AdviseLargePages(const void* data, std::size_t bytes);
 // call where the system offers one; contents stay as they are.
 void PrefaultForWriting(void* data, std::size_t bytes);
 
-// Reserves room for count elements (nothing is constructed) and advises it.
+// Gives blocks of a large page or more a start on a large-page boundary and
+// a whole number of large pages, all advised: a block from the plain heap
+// starts just past a boundary, which leaves its first and last stretch on
+// small pages.  Smaller blocks come from the plain heap.
 template <typename T>
-void ReserveLargeArray(std::vector<T>& array, std::size_t count) {
+struct LargePageAllocator {
+  using value_type = T;
+
+  LargePageAllocator() = default;
+  template <typename U>
+  LargePageAllocator(const LargePageAllocator<U>&) noexcept {}
+
+  T* allocate(std::size_t n) {
+    if (n > (std::numeric_limits<std::size_t>::max() - kLargePageAdviceFrom) / sizeof(T)) {
+      throw std::bad_array_new_length();
+    }
+    const std::size_t bytes = n * sizeof(T);
+    if (bytes < kLargePageAdviceFrom) return static_cast<T*>(::operator new(bytes));
+    const std::size_t whole = WholeLargePages(bytes);
+    void* block = ::operator new(whole, std::align_val_t{kLargePageAdviceFrom});
+    AdviseLargePages(block, whole);
+    return static_cast<T*>(block);
+  }
+
+  void deallocate(T* block, std::size_t n) noexcept {
+    if (n * sizeof(T) < kLargePageAdviceFrom) {
+      ::operator delete(block);
+    } else {
+      ::operator delete(block, std::align_val_t{kLargePageAdviceFrom});
+    }
+  }
+
+  friend bool operator==(const LargePageAllocator&, const LargePageAllocator&) { return true; }
+  friend bool operator!=(const LargePageAllocator&, const LargePageAllocator&) { return false; }
+
+ private:
+  static std::size_t WholeLargePages(std::size_t bytes) {
+    return (bytes + kLargePageAdviceFrom - 1) / kLargePageAdviceFrom * kLargePageAdviceFrom;
+  }
+};
+
+// An array a load fills once and queries read at random positions.
+template <typename T>
+using LargeArray = std::vector<T, LargePageAllocator<T>>;
+
+// Reserves room for count elements (nothing is constructed) and advises it.
+template <typename T, typename Alloc>
+void ReserveLargeArray(std::vector<T, Alloc>& array, std::size_t count) {
   array.reserve(count);
   AdviseLargePages(array.data(), array.capacity() * sizeof(T));
 }
@@ -38,7 +85,8 @@ template <typename T>
 class PrefaultAhead {
  public:
   // Call before the array grows by more elements.
-  void Before(std::vector<T>& array, std::size_t more) {
+  template <typename Alloc>
+  void Before(std::vector<T, Alloc>& array, std::size_t more) {
     if (array.data() != data_) {  // a new block: nothing of it is known to be mapped
       data_ = array.data();
       ready_ = array.size();

@@ -18,6 +18,7 @@
 
 #include "sparlane/records.h"
 #include "store/group_map.h"
+#include "store/large_pages.h"
 
 namespace Sparlane {
 
@@ -44,7 +45,7 @@ struct PositionGroups {
 };
 
 struct PairIndex {
-  std::vector<float> thickness;  // thickness_mm of every table position
+  LargeArray<float> thickness;  // thickness_mm of every table position
   PositionGroups materials;
   PositionGroups pairs;
   std::size_t covered = 0;   // table positions [0, covered) are listed

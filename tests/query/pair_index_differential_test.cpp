@@ -37,10 +37,18 @@ class RandomTables {
     }
   }
 
+  // Stray ids far past the name tables, so the pair keys spread over a
+  // grid too sparse to index directly.
+  bool wide_ids = false;
+
+  std::uint16_t Id(std::uint16_t wide) {
+    const auto id = static_cast<std::uint16_t>(Int(0, 5));
+    return wide_ids && id == 5 ? wide : id;
+  }
+
   CuttingParameter Row() {
     // Ids 0 and one past the name tables are stray on purpose.
-    CuttingParameter r = Record(static_cast<std::uint16_t>(Int(0, 5)),
-                                static_cast<std::uint16_t>(Int(0, 5)), Thickness(),
+    CuttingParameter r = Record(Id(0xFFF0), Id(0xFFFF), Thickness(),
                                 static_cast<float>(Int(0, 6) * 500), static_cast<std::uint16_t>(Int(1, 3)));
     r.current_amps = static_cast<std::uint16_t>(Int(1, 400));
     r.flags = static_cast<std::uint32_t>(Int(0, 3));
@@ -161,16 +169,21 @@ class Differential {
 TEST(PairIndexDifferential, MatchesLiteralScansInEveryStoreState) {
   RandomTables rnd(20261122);
   int ordered_states = 0;
+  int grid_states = 0;
+  int slot_states = 0;
   for (int round = 0; round < 300; ++round) {
     Database db;
     MakeNames(db);
     std::vector<CuttingParameter>& table = DatabaseAccess::Records(db);
     Differential diff(db, rnd);
     const Order order = static_cast<Order>(round % 3);
+    rnd.wide_ids = round % 6 >= 3;
 
     // Loaded: the table as a file holds it, indexes rebuilt.
     DatabaseAccess::LoadRecords(db, rnd.Table(order));
-    if (DatabaseAccess::Body(db).current_pair_index()->pair_ordered) ++ordered_states;
+    const Sparlane::PairIndex& loaded = *DatabaseAccess::Body(db).current_pair_index();
+    if (loaded.pair_ordered) ++ordered_states;
+    ++(loaded.pairs.ids.grid() ? grid_states : slot_states);
     diff.CompareAll();
 
     // Appended without a rebuild, as AddParameter does.
@@ -214,6 +227,9 @@ TEST(PairIndexDifferential, MatchesLiteralScansInEveryStoreState) {
     EXPECT_GT(diff.indexed_states(), diff.states() / 2);
   }
   EXPECT_GT(ordered_states, 100);
+  // Both layouts of the pair map were compared.
+  EXPECT_GT(grid_states, 100);
+  EXPECT_GT(slot_states, 50);
 }
 
 TEST(PairIndexDifferential, PublicEditingKeepsListsCurrent) {
