@@ -227,44 +227,40 @@ void BindEditing(py::class_<PyDatabase>& c) {
 }
 
 void BindCatalogue(py::class_<PyDatabase>& c) {
-  c.def(
-      "vendors",
-      [](PyDatabase& self) {
-        return ToStrList(Ask(self, [](const Database& d) { return d.GetVendors(); }));
-      },
-      "Vendor names; the vendor with id i is element i - 1.");
-  c.def(
-      "machines",
-      [](PyDatabase& self) {
-        return ToStrList(Ask(self, [](const Database& d) { return d.GetMachines(); }));
-      },
-      "Machine model names; id i is element i - 1.");
-  c.def(
-      "materials",
-      [](PyDatabase& self) {
-        return ToStrList(Ask(self, [](const Database& d) { return d.GetMaterials(); }));
-      },
-      "Material names; id i is element i - 1.");
+  // Each name table: its list, and its name-to-id lookup.
+  using NamesOf = std::vector<std::string> (Database::*)() const;
   using IdOf = std::uint16_t (Database::*)(const std::string&) const;
   const struct {
-    const char* method;
+    const char* list;
+    NamesOf names_of;
+    const char* list_doc;
+    const char* id;
     IdOf id_of;
-    const char* doc;
-  } ids[] = {
-      {"vendor_id", &Database::GetVendorId,
+    const char* id_doc;
+  } tables[] = {
+      {"vendors", &Database::GetVendors, "Vendor names; the vendor with id i is element i - 1.",
+       "vendor_id", &Database::GetVendorId,
        "The id a query resolves a vendor name to; 0 if unknown."},
-      {"machine_id", &Database::GetMachineId,
+      {"machines", &Database::GetMachines, "Machine model names; id i is element i - 1.",
+       "machine_id", &Database::GetMachineId,
        "The id a query resolves a machine model name to; 0 if unknown."},
-      {"material_id", &Database::GetMaterialId,
+      {"materials", &Database::GetMaterials, "Material names; id i is element i - 1.",
+       "material_id", &Database::GetMaterialId,
        "The id a query resolves a material name to; 0 if unknown."},
   };
-  for (const auto& id : ids) {
+  for (const auto& table : tables) {
     c.def(
-        id.method,
-        [id_of = id.id_of](PyDatabase& self, const Name& name) {
+        table.list,
+        [names_of = table.names_of](PyDatabase& self) {
+          return ToStrList(Ask(self, [&](const Database& d) { return (d.*names_of)(); }));
+        },
+        table.list_doc);
+    c.def(
+        table.id,
+        [id_of = table.id_of](PyDatabase& self, const Name& name) {
           return Ask(self, [&](const Database& d) { return (d.*id_of)(name.bytes); });
         },
-        py::arg("name"), id.doc);
+        py::arg("name"), table.id_doc);
   }
   c.def(
       "parameters",

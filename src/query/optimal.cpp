@@ -74,12 +74,12 @@ const CuttingParameter* SearchOptimal(const Store& s, std::uint16_t material_id,
   FastestCandidate pick{thickness, tolerance};
   const RecordIndexes& indexes = s.record_indexes();
   const std::vector<ThicknessBucket>* buckets = indexes.MaterialBuckets(material_id);
-  const RecordIndexes::EntryRange* fastest = indexes.Fastest(material_id, s.records().size());
   if (buckets == nullptr) {
     ForEachOfMaterial(s, material_id, [&](std::size_t pos, const auto&) {
       pick.Consider(pos, s.records()[pos]);
     });
-  } else if (fastest != nullptr && buckets->size() == 1) {
+  } else if (const RecordIndexes::EntryRange* fastest =
+                 buckets->size() == 1 ? indexes.Fastest(material_id, s.records().size()) : nullptr) {
     PickFromFastest(buckets->front(), indexes.RunOf(*fastest), pick);
   } else {
     ScanBuckets(*buckets, s.records(), pick);

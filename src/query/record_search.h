@@ -235,16 +235,6 @@ void ForEachOfMaterial(const Store& store, std::uint16_t material_id, Visit&& vi
   }
 }
 
-// Every record of the material and machine by a scan of the whole table.
-template <typename Visit>
-void ScanPair(const std::vector<CuttingParameter>& records, std::uint16_t material_id,
-              std::uint16_t machine_id, Visit& visit) {
-  for (std::size_t pos = 0; pos < records.size(); ++pos) {
-    const CuttingParameter& r = records[pos];
-    if (r.material_id == material_id && r.machine_model_id == machine_id) visit(pos, r);
-  }
-}
-
 // Visits, in table order, every record of the material and machine, as
 // ForEachOfMaterial does.
 template <typename Visit>
@@ -257,7 +247,11 @@ void ForEachOfPair(const Store& store, std::uint16_t material_id, std::uint16_t 
                     [&](std::uint32_t pos) { visit(pos, ThicknessRow{index->thickness[pos]}); });
     return;
   }
-  ScanPair(store.records(), material_id, machine_id, visit);
+  const std::vector<CuttingParameter>& records = store.records();
+  for (std::size_t pos = 0; pos < records.size(); ++pos) {
+    const CuttingParameter& r = records[pos];
+    if (r.material_id == material_id && r.machine_model_id == machine_id) visit(pos, r);
+  }
 }
 
 // The same walk handing over the records themselves, for a search that
@@ -268,13 +262,8 @@ template <typename Visit>
 void ForEachRecordOfPair(const Store& store, std::uint16_t material_id, std::uint16_t machine_id,
                          Visit&& visit) {
   const std::vector<CuttingParameter>& records = store.records();
-  if (const PairIndex* index = store.current_pair_index()) {
-    const GroupRef* group = FindPairGroup(*index, material_id, machine_id);
-    if (group == nullptr) return;
-    ForEachPosition(index->pairs, *group, [&](std::uint32_t pos) { visit(pos, records[pos]); });
-    return;
-  }
-  ScanPair(records, material_id, machine_id, visit);
+  ForEachOfPair(store, material_id, machine_id,
+                [&](std::size_t pos, const auto&) { visit(pos, records[pos]); });
 }
 
 }  // namespace Sparlane
