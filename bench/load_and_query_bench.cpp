@@ -44,6 +44,7 @@
 
 #include "file/byte_order.h"
 #include "mapped_bytes.h"
+#include "query/query_clock.h"
 #include "sparlane/sparlane.h"
 
 #ifdef SPARLANE_BENCH_HAVE_SQLITE
@@ -629,7 +630,9 @@ int main(int argc, char** argv) {
   std::printf("1,000,000-record raw load, first load of a fresh process: %.2f ms; copy floor "
               "%.2f ms (%.2fx)\n",
               fresh_raw.ns / 1e6, fresh_raw_floor.ns / 1e6, fresh_raw.ns / fresh_raw_floor.ns);
-  std::printf("queries (CPU ns per query, medians of %d):\n", query_reps);
+  const bool by_ticks = Sparlane::QueryClock::CountsByTicks();
+  std::printf("queries (CPU ns per query, medians of %d; timed queries read %s):\n", query_reps,
+              by_ticks ? "the time-stamp counter" : "the system clock");
   for (const Mix& mix : mixes) {
     std::printf("  %-13s 1M:   FindExact %.0f  Interpolate %.0f  FindOptimal %.0f  "
                 "FindNearest %.0f\n"
