@@ -6,6 +6,8 @@
 #if defined(__x86_64__) && defined(__linux__)
 #include <x86intrin.h>
 
+#include <time.h>
+
 #include <fstream>
 #include <string>
 #define SPARLANE_QUERY_CLOCK_TICKS 1
@@ -40,11 +42,18 @@ bool KernelKeepsTimeByTicks() {
   return static_cast<bool>(source >> name) && name == "tsc";
 }
 
+std::int64_t BootNanos() {
+  timespec now{};
+  ::clock_gettime(CLOCK_BOOTTIME, &now);
+  return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
+}
+
 ClockReading ReadBoth() {
   ClockReading reading;
   for (int attempt = 0; attempt < 8 && !reading.tight; ++attempt) {
     const std::uint64_t before = Ticks();
     reading.nanos = SystemNanos();
+    reading.asleep_nanos = BootNanos() - reading.nanos;
     const std::uint64_t after = Ticks();
     reading.ticks = before + (after - before) / 2;
     reading.tight = after >= before && after - before <= kTightTicks;
@@ -52,16 +61,38 @@ ClockReading ReadBoth() {
   return reading;
 }
 
+// Holds the first reading until a later one, far enough on, gives the
+// rate.  A query that finds another at it goes on without waiting.
+class TickCalibration {
+ public:
+  void Offer(std::int64_t now_ns) {
+    if (busy_.test_and_set(std::memory_order_acquire)) return;
+    if (!first_.tight) {
+      first_ = ReadBoth();
+    } else if (now_ns - first_.nanos >= kTickCalibrationSpanNs) {
+      const ClockReading later = ReadBoth();
+      const double rate = NanosPerTick(first_, later);
+      double unset = 0.0;
+      if (rate > 0.0) {
+        g_nanos_per_tick.compare_exchange_strong(unset, rate, std::memory_order_relaxed);
+      } else {
+        first_ = later;  // slept, or an odd pair: measure again from here
+      }
+    }
+    busy_.clear(std::memory_order_release);
+  }
+
+ private:
+  std::atomic_flag busy_ = ATOMIC_FLAG_INIT;
+  ClockReading first_;
+};
+
 // Called by queries that read the system clock, after their end reading, so
 // the calibration's own reads are never part of a query's time.
 void CalibrateAfter(std::int64_t now_ns) {
-  static const ClockReading first = ReadBoth();
-  if (now_ns - first.nanos < kTickCalibrationSpanNs) return;
   static const bool usable = KernelKeepsTimeByTicks();
-  if (!usable) return;
-  const double rate = NanosPerTick(first, ReadBoth());
-  double unset = 0.0;
-  if (rate > 0.0) g_nanos_per_tick.compare_exchange_strong(unset, rate, std::memory_order_relaxed);
+  static TickCalibration calibration;
+  if (usable) calibration.Offer(now_ns);
 }
 
 #else
@@ -77,6 +108,8 @@ double NanosPerTick(const ClockReading& first, const ClockReading& later) {
   if (!first.tight || !later.tight || later.ticks <= first.ticks) return 0.0;
   const std::int64_t span_ns = later.nanos - first.nanos;
   if (span_ns < kTickCalibrationSpanNs) return 0.0;
+  const std::int64_t slept_ns = later.asleep_nanos - first.asleep_nanos;
+  if (slept_ns > kTickCalibrationSleepNs || slept_ns < -kTickCalibrationSleepNs) return 0.0;
   const double rate =
       static_cast<double>(span_ns) / static_cast<double>(later.ticks - first.ticks);
   // Time-stamp counters run between some hundred megahertz and a few

@@ -31,20 +31,27 @@ class QueryClock {
 };
 
 // One reading of the counter and the system clock taken close together:
-// `ticks` lies between the counter before and after the clock read.
+// `ticks` lies between the counter before and after the clock reads.
 struct ClockReading {
   std::uint64_t ticks = 0;
   std::int64_t nanos = 0;
-  bool tight = false;  // the clock read took few enough ticks to trust
+  // Time since boot minus monotonic time: it grows only while the machine
+  // sleeps, when the counter may run on, stop or start again from zero.
+  std::int64_t asleep_nanos = 0;
+  bool tight = false;  // the clock reads took few enough ticks to trust
 };
 
 // The conversion the clock adopts from two readings: nanoseconds per tick,
 // or 0 when the readings cannot give one exactly enough (either loose, too
-// little time between them, or a rate no time-stamp counter runs at).
+// little time between them, the machine asleep in between, or a rate no
+// time-stamp counter runs at).
 double NanosPerTick(const ClockReading& first, const ClockReading& later);
 
 // Time the two readings must lie apart before the counter is trusted.
 constexpr std::int64_t kTickCalibrationSpanNs = 50'000'000;
+// More sleep than this between them (the two clocks' reads are not one
+// instant) and they are not compared.
+constexpr std::int64_t kTickCalibrationSleepNs = 1'000'000;
 
 }  // namespace Sparlane
 

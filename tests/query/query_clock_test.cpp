@@ -14,14 +14,16 @@
 namespace {
 
 using Sparlane::ClockReading;
+using Sparlane::kTickCalibrationSleepNs;
 using Sparlane::kTickCalibrationSpanNs;
 using Sparlane::NanosPerTick;
 using Sparlane::QueryClock;
 
-constexpr ClockReading kFirst{1'000, 7'000, true};
+constexpr ClockReading kFirst{1'000, 7'000, 30'000, true};
 
 ClockReading Later(std::uint64_t ticks_after, std::int64_t nanos_after, bool tight = true) {
-  return ClockReading{kFirst.ticks + ticks_after, kFirst.nanos + nanos_after, tight};
+  return ClockReading{kFirst.ticks + ticks_after, kFirst.nanos + nanos_after,
+                      kFirst.asleep_nanos, tight};
 }
 
 TEST(NanosPerTick, IsTheRatioOfTheTwoSpans) {
@@ -42,8 +44,24 @@ TEST(NanosPerTick, RefusesALooseReading) {
 
 TEST(NanosPerTick, RefusesACounterThatDidNotAdvance) {
   EXPECT_EQ(NanosPerTick(kFirst, Later(0, kTickCalibrationSpanNs)), 0.0);
-  const ClockReading behind{kFirst.ticks - 1, kFirst.nanos + kTickCalibrationSpanNs, true};
+  ClockReading behind = Later(0, kTickCalibrationSpanNs);
+  behind.ticks = kFirst.ticks - 1;
   EXPECT_EQ(NanosPerTick(kFirst, behind), 0.0);
+}
+
+TEST(NanosPerTick, RefusesReadingsWithASleepBetweenThem) {
+  ClockReading after_sleep = Later(150'000'000, kTickCalibrationSpanNs);
+  after_sleep.asleep_nanos += kTickCalibrationSleepNs + 1;
+  EXPECT_EQ(NanosPerTick(kFirst, after_sleep), 0.0);
+  after_sleep.asleep_nanos = kFirst.asleep_nanos - kTickCalibrationSleepNs - 1;
+  EXPECT_EQ(NanosPerTick(kFirst, after_sleep), 0.0);
+  // The two clocks are read one after the other: a difference within the
+  // allowance is no sleep.
+  ClockReading awake = Later(150'000'000, kTickCalibrationSpanNs);
+  awake.asleep_nanos += kTickCalibrationSleepNs;
+  EXPECT_DOUBLE_EQ(NanosPerTick(kFirst, awake), 1.0 / 3.0);
+  awake.asleep_nanos = kFirst.asleep_nanos - kTickCalibrationSleepNs;
+  EXPECT_DOUBLE_EQ(NanosPerTick(kFirst, awake), 1.0 / 3.0);
 }
 
 TEST(NanosPerTick, RefusesARateNoCounterRunsAt) {
