@@ -36,10 +36,10 @@ struct SupportedThicknessRange {
 
 // Counters of the timed queries (FindExact, FindOptimal, Interpolate).
 // Times are read from a monotonic clock: on x86-64 Linux where the kernel
-// keeps time by the processor's time-stamp counter, that counter, from the
-// first timed query 50 ms or more after the first one (its rate measured
-// against the system clock in between); otherwise, and until then, the
-// system's monotonic clock.
+// keeps time by the processor's time-stamp counter, that counter, once its
+// rate has been measured against the system clock over the first 50 ms or
+// more of timed queries; otherwise, and until then, the system's monotonic
+// clock.
 struct PerformanceMetrics {
   std::uint64_t total_queries;
   std::uint64_t queries_found;

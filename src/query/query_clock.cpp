@@ -34,8 +34,8 @@ std::uint64_t Ticks() { return __rdtsc(); }
 constexpr std::uint64_t kTightTicks = 4096;
 
 // The kernel keeps time by the counter only after checking that it runs at
-// one rate, through sleep, and in step on every processor: exactly what a
-// query needs to subtract two readings taken on different processors.
+// one rate and in step on every processor: what a query needs to subtract
+// two readings taken on different processors.
 bool KernelKeepsTimeByTicks() {
   std::ifstream source("/sys/devices/system/clocksource/clocksource0/current_clocksource");
   std::string name;
