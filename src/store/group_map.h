@@ -35,11 +35,8 @@ class GroupMap {
  public:
   const GroupRef* Find(std::uint32_t key) const {
     if (!grid_.empty()) {
-      const std::uint32_t high = key >> 16;
-      const std::uint32_t low = key & 0xFFFFu;
-      if (high >= grid_rows_ || low >= grid_width_) return nullptr;
-      const GroupRef& ref = grid_[static_cast<std::size_t>(high) * grid_width_ + low];
-      return ref.group == kEmpty ? nullptr : &ref;
+      const GroupRef* cell = GridCell(key);
+      return cell == nullptr || cell->group == kEmpty ? nullptr : cell;
     }
     if (slots_.empty()) return nullptr;
     for (std::size_t i = Home(key);; i = (i + 1) & mask_) {
@@ -56,10 +53,8 @@ class GroupMap {
   // map to slots.
   void Insert(std::uint32_t key, const GroupRef& ref) {
     if (!grid_.empty()) {
-      const std::uint32_t high = key >> 16;
-      const std::uint32_t low = key & 0xFFFFu;
-      if (high < grid_rows_ && low < grid_width_) {
-        grid_[static_cast<std::size_t>(high) * grid_width_ + low] = ref;
+      if (const GroupRef* cell = GridCell(key)) {
+        *const_cast<GroupRef*>(cell) = ref;
         ++size_;
         return;
       }
@@ -104,6 +99,14 @@ class GroupMap {
   // A grid this small costs less than its slots would, however sparse.
   static constexpr std::uint64_t kSmallGrid = 1024;
   static GroupRef EmptyRef() { return GroupRef{kEmpty, 0, 0, 0, 0, false}; }
+
+  // The grid's cell for key, or null when the key lies outside the grid.
+  const GroupRef* GridCell(std::uint32_t key) const {
+    const std::uint32_t high = key >> 16;
+    const std::uint32_t low = key & 0xFFFFu;
+    if (high >= grid_rows_ || low >= grid_width_) return nullptr;
+    return &grid_[static_cast<std::size_t>(high) * grid_width_ + low];
+  }
 
   // Two slots to a cache line, none across two.
   struct alignas(32) Slot {

@@ -21,18 +21,20 @@ T& Slot(std::vector<T>& slots, std::uint16_t id) {
 std::uint32_t MaterialOf(const CuttingParameter& r) { return r.material_id; }
 std::uint32_t PairOf(const CuttingParameter& r) { return PairKey(r.material_id, r.machine_model_id); }
 
-// Lays the id map out for count distinct keys, key_at(0 .. n-1) (repeats
-// allowed), before any is inserted.
+// Lays the id map out, before any is inserted, for the keys key_at(0 .. n-1),
+// sorted (repeats side by side): as many keys as changes from one to the next.
 template <typename KeyAt>
-void PlanIds(GroupMap& ids, std::size_t count, std::size_t n, KeyAt key_at) {
+void PlanIds(GroupMap& ids, std::size_t n, KeyAt key_at) {
   std::uint32_t high = 0;
   std::uint32_t low = 0;
+  std::size_t distinct = 0;
   for (std::size_t i = 0; i < n; ++i) {
     const std::uint32_t key = key_at(i);
     high = std::max(high, key >> 16);
     low = std::max(low, key & 0xFFFFu);
+    if (i == 0 || key != key_at(i - 1)) ++distinct;
   }
-  ids.Plan(high, low, count);
+  ids.Plan(high, low, distinct);
 }
 
 // Sorts (id << 32 | position) items.  Large tables take two stable 16-bit
@@ -67,9 +69,7 @@ void GroupSorted(const std::vector<CuttingParameter>& table, IdOf id_of, Positio
   }
   SortItems(items, largest);
   const auto id_at = [&](std::size_t i) { return static_cast<std::uint32_t>(items[i] >> 32); };
-  std::size_t distinct = 0;
-  for (std::size_t i = 0; i < n; ++i) distinct += (i == 0 || id_at(i) != id_at(i - 1)) ? 1 : 0;
-  PlanIds(kind.ids, distinct, n, id_at);
+  PlanIds(kind.ids, n, id_at);
   kind.grouped.resize(n);
   std::size_t begin = 0;
   while (begin < n) {
@@ -97,7 +97,7 @@ void IndexBuilder::Runs::Add(std::uint32_t key, std::size_t pos) {
 void IndexBuilder::Runs::MakeGroups(PositionGroups& kind, std::size_t n,
                                     const std::vector<ThicknessBucket>* buckets) const {
   kind = PositionGroups();
-  PlanIds(kind.ids, keys.size(), keys.size(), [&](std::size_t i) { return keys[i]; });
+  PlanIds(kind.ids, keys.size(), [&](std::size_t i) { return keys[i]; });
   kind.groups.reserve(keys.size());
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const std::size_t end = i + 1 < keys.size() ? starts[i + 1] : n;

@@ -27,7 +27,7 @@ namespace Sparlane {
 class IndexBuilder {
  public:
   // expected: how many records will come (a reservation, not a limit).
-  void Reserve(std::size_t expected) { ReserveLargeArray(positions_.thickness, expected); }
+  void Reserve(std::size_t expected) { positions_.thickness.reserve(expected); }
 
   // The next count records of the table.
   void Add(const CuttingParameter* records, std::size_t count);

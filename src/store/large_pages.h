@@ -72,8 +72,8 @@ template <typename T>
 using LargeArray = std::vector<T, LargePageAllocator<T>>;
 
 // Reserves room for count elements (nothing is constructed) and advises it.
-template <typename T, typename Alloc>
-void ReserveLargeArray(std::vector<T, Alloc>& array, std::size_t count) {
+template <typename T>
+void ReserveLargeArray(std::vector<T>& array, std::size_t count) {
   array.reserve(count);
   AdviseLargePages(array.data(), array.capacity() * sizeof(T));
 }
